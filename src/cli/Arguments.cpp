@@ -1,0 +1,25 @@
+#include "cli/Arguments.h"
+
+#include <charconv>
+
+namespace dorvik::cli {
+
+std::string Arguments::value(const std::string& option) {
+    if (done()) {
+        throw UsageError(option + " needs a value");
+    }
+    return take();
+}
+
+int64_t Arguments::number(const std::string& option, int64_t minimum) {
+    const std::string text = value(option);
+    int64_t result = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), result);
+    if (error != std::errc() || end != text.data() + text.size() || result < minimum) {
+        throw UsageError(option + " takes a whole number of at least " +
+                         std::to_string(minimum) + ", not \"" + text + "\"");
+    }
+    return result;
+}
+
+} // namespace dorvik::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+// The commands of dorvik-cli. Each takes the words after its name and returns the exit status.
+
+#include "cli/Arguments.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <iosfwd>
+#include <string_view>
+
+namespace dorvik::cli {
+
+struct Command {
+    std::string_view name;
+    std::string_view usage; // the synopsis after "dorvik-cli"
+    int (*run)(Arguments& arguments);
+};
+
+int runScan(Arguments& arguments);
+
+// Prints a JSON document the way every command does: invalid UTF-8 in paths is replaced.
+void printJson(std::ostream& out, const nlohmann::json& document);
+
+} // namespace dorvik::cli

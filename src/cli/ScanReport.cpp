@@ -1,0 +1,153 @@
+#include "cli/ScanReport.h"
+
+#include "scanning/ScanPaths.h"
+#include "system/TextForms.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+
+namespace dorvik::cli {
+
+namespace {
+
+bool largerFirst(const FileNodePtr& a, const FileNodePtr& b) { return a->size > b->size; }
+
+std::vector<FileNodePtr> topBySize(std::vector<FileNodePtr> nodes, size_t count) {
+    const size_t kept = std::min(count, nodes.size());
+    std::partial_sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(kept),
+                      nodes.end(), largerFirst);
+    nodes.resize(kept);
+    return nodes;
+}
+
+std::string row(const std::string& label, int64_t bytes, int64_t whole, const std::string& tail) {
+    char line[512];
+    std::snprintf(line, sizeof line, "  %-28s %10s %6s%s\n", label.c_str(),
+                  TextForms::size(bytes).c_str(),
+                  TextForms::percent(static_cast<double>(bytes), static_cast<double>(whole))
+                      .c_str(),
+                  tail.c_str());
+    return line;
+}
+
+template <typename Map> auto sortedBySize(const Map& totals) {
+    std::vector<std::pair<typename Map::key_type, int64_t>> entries(totals.begin(), totals.end());
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const auto& a, const auto& b) { return a.second > b.second; });
+    return entries;
+}
+
+nlohmann::json pathRows(const std::vector<FileNodePtr>& nodes) {
+    auto rows = nlohmann::json::array();
+    for (const FileNodePtr& node : nodes) {
+        rows.push_back({{"path", node->path()}, {"size", node->size}});
+    }
+    return rows;
+}
+
+} // namespace
+
+std::vector<FileNodePtr> largestFolders(const ScanResult& scan, size_t count) {
+    std::vector<FileNodePtr> folders;
+    std::vector<const FileNode*> stack;
+    if (scan.root != nullptr) {
+        stack.push_back(scan.root.get());
+    }
+    while (!stack.empty()) {
+        const FileNode* node = stack.back();
+        stack.pop_back();
+        for (const FileNodePtr& child : node->children) {
+            if (child->isDirectory && !child->deleted) {
+                folders.push_back(child);
+                stack.push_back(child.get());
+            }
+        }
+    }
+    return topBySize(std::move(folders), count);
+}
+
+std::vector<FileNodePtr> largestFiles(const ScanResult& scan, size_t count) {
+    std::vector<FileNodePtr> files;
+    files.reserve(scan.files.size());
+    std::copy_if(scan.files.begin(), scan.files.end(), std::back_inserter(files),
+                 [](const FileNodePtr& file) { return !file->deleted; });
+    return topBySize(std::move(files), count);
+}
+
+std::string scanReportText(const ScanResult& scan, size_t top) {
+    std::ostringstream out;
+    const int64_t total = scan.root->size;
+    out << displayPath(scan.rootPath) << "\n";
+    out << "  " << TextForms::size(total) << " on disk (" << TextForms::size(scan.root->logicalSize)
+        << " of content) in " << TextForms::count(scan.totalFiles) << " files and "
+        << TextForms::count(scan.totalDirectories) << " folders\n";
+    char timing[128];
+    std::snprintf(timing, sizeof timing, "  scanned in %.2f s", scan.duration);
+    out << timing;
+    if (scan.hardLinksSkipped > 0) {
+        out << "; " << TextForms::count(scan.hardLinksSkipped) << " extra hard links counted once";
+    }
+    if (scan.unreadableDirectories > 0) {
+        out << "; " << TextForms::count(scan.unreadableDirectories) << " entries unreadable";
+    }
+    out << "\n\nBy category\n";
+    for (const auto& [bucket, bytes] : sortedBySize(scan.bucketTotals)) {
+        out << row(std::string(info(bucket).displayName), bytes, total, "");
+    }
+    out << "\nBy kind of file\n";
+    for (const auto& [kind, bytes] : sortedBySize(scan.kindTotals)) {
+        const auto counted = scan.kindCounts.find(kind);
+        const int64_t files = counted == scan.kindCounts.end() ? 0 : counted->second;
+        out << row(std::string(info(kind).displayName), bytes, total,
+                   "  " + TextForms::count(files) + (files == 1 ? " file" : " files"));
+    }
+    out << "\nLargest folders\n";
+    for (const FileNodePtr& folder : largestFolders(scan, top)) {
+        out << row(displayPath(folder->path()), folder->size, total, "");
+    }
+    out << "\nLargest files\n";
+    const auto files = largestFiles(scan, top);
+    if (files.empty()) {
+        out << "  none of 512 KiB or more\n";
+    }
+    for (const FileNodePtr& file : files) {
+        out << row(displayPath(file->path()), file->size, total, "");
+    }
+    return out.str();
+}
+
+nlohmann::json scanReportJson(const ScanResult& scan, size_t top) {
+    nlohmann::json buckets = nlohmann::json::object();
+    for (const auto& [bucket, bytes] : scan.bucketTotals) {
+        buckets[std::string(info(bucket).caseName)] = bytes;
+    }
+    nlohmann::json kinds = nlohmann::json::object();
+    for (const auto& [kind, bytes] : scan.kindTotals) {
+        kinds[std::string(info(kind).caseName)] = bytes;
+    }
+    nlohmann::json counts = nlohmann::json::object();
+    for (const auto& [kind, files] : scan.kindCounts) {
+        counts[std::string(info(kind).caseName)] = files;
+    }
+    return {
+        {"rootPath", scan.rootPath},
+        {"size", scan.root->size},
+        {"logicalSize", scan.root->logicalSize},
+        {"totalFiles", scan.totalFiles},
+        {"totalDirectories", scan.totalDirectories},
+        {"unreadableDirectories", scan.unreadableDirectories},
+        {"hardLinksSkipped", scan.hardLinksSkipped},
+        {"duration", scan.duration},
+        {"finishedAt", scan.finishedAt},
+        {"bucketTotals", buckets},
+        {"kindTotals", kinds},
+        {"kindCounts", counts},
+        {"largestFolders", pathRows(largestFolders(scan, top))},
+        {"largestFiles", pathRows(largestFiles(scan, top))},
+    };
+}
+
+} // namespace dorvik::cli

@@ -1,0 +1,26 @@
+#pragma once
+
+// Where the space of a scan goes, as text for people and as JSON for scripts. The `scan` and
+// `load` commands print the same report.
+
+#include "scanning/ScanResult.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace dorvik::cli {
+
+// The largest folders below the root (the root left out), largest first.
+std::vector<FileNodePtr> largestFolders(const ScanResult& scan, size_t count);
+
+// The largest files with a node, largest first.
+std::vector<FileNodePtr> largestFiles(const ScanResult& scan, size_t count);
+
+std::string scanReportText(const ScanResult& scan, size_t top);
+
+nlohmann::json scanReportJson(const ScanResult& scan, size_t top);
+
+} // namespace dorvik::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+// Small questions about paths that the core asks of the file system.
+
+#include <string>
+
+namespace dorvik::platform {
+
+// True if something is at the path (a dangling symbolic link counts).
+bool pathExists(const std::string& path);
+
+// True if the path is a directory, following symbolic links.
+bool isDirectory(const std::string& path);
+
+} // namespace dorvik::platform

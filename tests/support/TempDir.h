@@ -1,0 +1,46 @@
+#pragma once
+
+// Real files in a private temporary folder, removed with everything in it when the test ends.
+
+#include <cstdint>
+#include <string>
+
+namespace dorvik::test {
+
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::string& path() const { return path_; }
+    // `relative` joined to the folder's path.
+    std::string operator/(const std::string& relative) const { return path_ + "/" + relative; }
+
+private:
+    std::string path_;
+};
+
+// Creates the folder and its parents.
+void makeFolder(const std::string& path);
+
+// A file of `bytes` bytes of real data, so that its blocks are allocated; parents are created.
+void writeFile(const std::string& path, int64_t bytes);
+
+// A file of `length` bytes with no blocks allocated.
+void writeSparseFile(const std::string& path, int64_t length);
+
+void makeHardLink(const std::string& existing, const std::string& link);
+void makeSymlink(const std::string& target, const std::string& link);
+
+// Allocated bytes of one entry as the system reports them (512 × st_blocks, not following links).
+int64_t allocatedBytes(const std::string& path);
+
+// Runs a shell command and returns its standard output; fails the test if it cannot run.
+std::string commandOutput(const std::string& command);
+
+// True when this process can read a folder whatever its permissions (root does).
+bool ignoresPermissions();
+
+} // namespace dorvik::test
