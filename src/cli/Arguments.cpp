@@ -16,8 +16,8 @@ int64_t Arguments::number(const std::string& option, int64_t minimum) {
     int64_t result = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), result);
     if (error != std::errc() || end != text.data() + text.size() || result < minimum) {
-        throw UsageError(option + " takes a whole number of at least " +
-                         std::to_string(minimum) + ", not \"" + text + "\"");
+        throw UsageError(option + " takes a whole number of at least " + std::to_string(minimum) +
+                         ", not \"" + text + "\"");
     }
     return result;
 }

@@ -13,23 +13,24 @@ namespace dorvik::cli {
 
 namespace {
 
-bool largerFirst(const FileNodePtr& a, const FileNodePtr& b) { return a->size > b->size; }
+bool largerFirst(const FileNodePtr& a, const FileNodePtr& b) {
+    return a->size > b->size;
+}
 
 std::vector<FileNodePtr> topBySize(std::vector<FileNodePtr> nodes, size_t count) {
     const size_t kept = std::min(count, nodes.size());
-    std::partial_sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(kept),
-                      nodes.end(), largerFirst);
+    std::partial_sort(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(kept), nodes.end(),
+                      largerFirst);
     nodes.resize(kept);
     return nodes;
 }
 
 std::string row(const std::string& label, int64_t bytes, int64_t whole, const std::string& tail) {
     char line[512];
-    std::snprintf(line, sizeof line, "  %-28s %10s %6s%s\n", label.c_str(),
-                  TextForms::size(bytes).c_str(),
-                  TextForms::percent(static_cast<double>(bytes), static_cast<double>(whole))
-                      .c_str(),
-                  tail.c_str());
+    std::snprintf(
+        line, sizeof line, "  %-28s %10s %6s%s\n", label.c_str(), TextForms::size(bytes).c_str(),
+        TextForms::percent(static_cast<double>(bytes), static_cast<double>(whole)).c_str(),
+        tail.c_str());
     return line;
 }
 

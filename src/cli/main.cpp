@@ -60,4 +60,6 @@ int main(int argc, char** argv) {
 
 } // namespace dorvik::cli
 
-int main(int argc, char** argv) { return dorvik::cli::main(argc, argv); }
+int main(int argc, char** argv) {
+    return dorvik::cli::main(argc, argv);
+}

@@ -56,7 +56,9 @@ DirectoryWalk::~DirectoryWalk() {
     }
 }
 
-bool DirectoryWalk::isOpen() const { return handle_->fts != nullptr; }
+bool DirectoryWalk::isOpen() const {
+    return handle_->fts != nullptr;
+}
 
 const WalkEntry* DirectoryWalk::next() {
     if (handle_->fts == nullptr) {

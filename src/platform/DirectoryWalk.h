@@ -12,12 +12,12 @@
 namespace dorvik::platform {
 
 enum class WalkEntryType {
-    directoryPre,        // a directory, before its contents
-    directoryPost,       // a directory, after its contents (or at once when skipped or on another volume)
-    file,                // a regular file
-    symlink,             // a symbolic link, never followed
-    brokenSymlink,       // a symbolic link whose target is missing
-    otherFile,           // sockets, fifos, devices
+    directoryPre,  // a directory, before its contents
+    directoryPost, // a directory, after its contents (or at once when skipped or on another volume)
+    file,          // a regular file
+    symlink,       // a symbolic link, never followed
+    brokenSymlink, // a symbolic link whose target is missing
+    otherFile,     // sockets, fifos, devices
     unreadableDirectory, // a directory that could not be listed
     noStat,              // an entry whose status could not be read
     error,               // any other error

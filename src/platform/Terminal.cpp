@@ -4,8 +4,12 @@
 
 namespace dorvik::platform {
 
-bool standardErrorIsTerminal() { return isatty(STDERR_FILENO) == 1; }
+bool standardErrorIsTerminal() {
+    return isatty(STDERR_FILENO) == 1;
+}
 
-bool standardInputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
+bool standardInputIsTerminal() {
+    return isatty(STDIN_FILENO) == 1;
+}
 
 } // namespace dorvik::platform

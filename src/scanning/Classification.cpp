@@ -45,7 +45,9 @@ std::unordered_map<std::string_view, FileKind> buildExtensionTable() {
     return table;
 }
 
-bool endsWith(std::string_view name, std::string_view suffix) { return name.ends_with(suffix); }
+bool endsWith(std::string_view name, std::string_view suffix) {
+    return name.ends_with(suffix);
+}
 
 bool endsWithAny(std::string_view name, std::initializer_list<std::string_view> suffixes) {
     for (std::string_view suffix : suffixes) {
@@ -149,24 +151,41 @@ const std::unordered_map<std::string_view, FileKind>& extensionTable() {
 
 const std::unordered_set<std::string_view>& packageExtensions() {
     static const std::unordered_set<std::string_view> set = {
-        "app",          "photoslibrary", "musiclibrary", "tvlibrary",   "imovielibrary",
-        "fcpbundle",    "logicx",        "bundle",       "framework",   "plugin",
-        "kext",         "xpc",           "appex",        "xcarchive",   "xcodeproj",
-        "xcworkspace",  "rtfd",          "pages",        "numbers",     "key",
-        "sparsebundle", "photolibrary",  "aplibrary",    "band",        "savedState",
-        "mdimporter",   "qlgenerator",   "prefPane",     "saver",       "component",
-        "vst",          "vst3",
+        "app",        "photoslibrary", "musiclibrary", "tvlibrary",    "imovielibrary", "fcpbundle",
+        "logicx",     "bundle",        "framework",    "plugin",       "kext",          "xpc",
+        "appex",      "xcarchive",     "xcodeproj",    "xcworkspace",  "rtfd",          "pages",
+        "numbers",    "key",           "sparsebundle", "photolibrary", "aplibrary",     "band",
+        "savedState", "mdimporter",    "qlgenerator",  "prefPane",     "saver",         "component",
+        "vst",        "vst3",
     };
     return set;
 }
 
 const std::unordered_set<std::string_view>& developerFolderNames() {
     static const std::unordered_set<std::string_view> set = {
-        "node_modules", "DerivedData", "CoreSimulator", ".gradle",      ".npm",
-        ".cargo",       ".rustup",     ".m2",           ".cocoapods",   ".pub-cache",
-        ".nuget",       "Pods",        ".venv",         "venv",         "__pycache__",
-        ".next",        ".turbo",      "Developer",     ".docker",      "com.docker.docker",
-        ".bun",         ".pnpm-store", "go",
+        "node_modules",
+        "DerivedData",
+        "CoreSimulator",
+        ".gradle",
+        ".npm",
+        ".cargo",
+        ".rustup",
+        ".m2",
+        ".cocoapods",
+        ".pub-cache",
+        ".nuget",
+        "Pods",
+        ".venv",
+        "venv",
+        "__pycache__",
+        ".next",
+        ".turbo",
+        "Developer",
+        ".docker",
+        "com.docker.docker",
+        ".bun",
+        ".pnpm-store",
+        "go",
     };
     return set;
 }

@@ -18,7 +18,9 @@ constexpr std::array<FileKindInfo, allFileKinds.size()> kindInfos = {{
 
 } // namespace
 
-const FileKindInfo& info(FileKind kind) { return kindInfos[static_cast<size_t>(kind)]; }
+const FileKindInfo& info(FileKind kind) {
+    return kindInfos[static_cast<size_t>(kind)];
+}
 
 std::optional<FileKind> fileKindFromRaw(uint8_t raw) {
     if (raw >= allFileKinds.size()) {

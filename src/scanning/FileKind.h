@@ -23,9 +23,8 @@ enum class FileKind : uint8_t {
 };
 
 inline constexpr std::array<FileKind, 9> allFileKinds = {
-    FileKind::document, FileKind::image,     FileKind::video,
-    FileKind::audio,    FileKind::archive,   FileKind::diskImage,
-    FileKind::code,     FileKind::application, FileKind::other,
+    FileKind::document,  FileKind::image, FileKind::video,       FileKind::audio, FileKind::archive,
+    FileKind::diskImage, FileKind::code,  FileKind::application, FileKind::other,
 };
 
 struct FileKindInfo {

@@ -7,8 +7,7 @@ namespace dorvik {
 namespace {
 
 bool anyPathBelow(const std::set<std::string>& paths, const std::string& directoryPath) {
-    const std::string prefix =
-        directoryPath.ends_with('/') ? directoryPath : directoryPath + '/';
+    const std::string prefix = directoryPath.ends_with('/') ? directoryPath : directoryPath + '/';
     const auto candidate = paths.lower_bound(prefix);
     return candidate != paths.end() && candidate->starts_with(prefix);
 }

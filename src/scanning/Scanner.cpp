@@ -105,8 +105,7 @@ public:
             return;
         }
         const auto now = Clock::now();
-        if (std::chrono::duration<double>(now - lastReport_).count() <=
-            Scanner::progressInterval) {
+        if (std::chrono::duration<double>(now - lastReport_).count() <= Scanner::progressInterval) {
             return;
         }
         lastReport_ = now;
@@ -130,9 +129,9 @@ public:
         result.unreadableDirectories = unreadableCounter_;
         result.hardLinksSkipped = skippedLinks_;
         result.duration = std::chrono::duration<double>(Clock::now() - started).count();
-        result.finishedAt = std::chrono::duration<double>(
-                                std::chrono::system_clock::now().time_since_epoch())
-                                .count();
+        result.finishedAt =
+            std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+                .count();
         return result;
     }
 
@@ -150,9 +149,8 @@ private:
         if (!stack_.empty() && stack_.back()->bucket != StorageBucket::other) {
             inherited = stack_.back()->bucket;
         }
-        const StorageBucket bucket =
-            Classification::directoryBucket(components, name, inherited)
-                .value_or(StorageBucket::other);
+        const StorageBucket bucket = Classification::directoryBucket(components, name, inherited)
+                                         .value_or(StorageBucket::other);
         const bool isPackage =
             name.find('.') != std::string_view::npos && Classification::isPackageName(name);
 
@@ -215,8 +213,8 @@ private:
             parent.smallFilesSize += allocated;
             parent.smallFilesCount += 1;
         } else {
-            auto node = std::make_shared<FileNode>(std::string(entry.name), false, false, kind,
-                                                   bucket);
+            auto node =
+                std::make_shared<FileNode>(std::string(entry.name), false, false, kind, bucket);
             node->size = allocated;
             node->logicalSize = stat.size;
             node->fileCount = 1;

@@ -13,8 +13,7 @@ constexpr std::array<StorageBucketInfo, allStorageBuckets.size()> bucketInfos = 
     {"video", "Video", "Movies, recordings and video projects.", "film.stack.fill", "#FF6B8A"},
     {"audio", "Music & Audio", "Music, podcasts and sound libraries.", "music.note", "#B57BFF"},
     {"archives", "Installers & Archives",
-     "DMG, PKG, ZIP\u2026 usually safe to delete after installing.", "shippingbox.fill",
-     "#FF9F43"},
+     "DMG, PKG, ZIP\u2026 usually safe to delete after installing.", "shippingbox.fill", "#FF9F43"},
     {"developer", "Developer", "Xcode, simulators, node_modules, Docker and package caches.",
      "hammer.fill", "#3DD6F5"},
     {"appData", "App Data", "What apps store in ~/Library: databases, settings, containers.",
@@ -24,8 +23,8 @@ constexpr std::array<StorageBucketInfo, allStorageBuckets.size()> bucketInfos = 
     {"trash", "Trash", "Items already in the Trash.", "trash.fill", "#C9A27E"},
     {"system", "System", "macOS files and shared components outside the sealed volume.",
      "gearshape.2.fill", "#4A5068"},
-    {"other", "Other", "Everything that doesn\u2019t fit another category.",
-     "ellipsis.circle.fill", "#A0A4B0"},
+    {"other", "Other", "Everything that doesn\u2019t fit another category.", "ellipsis.circle.fill",
+     "#A0A4B0"},
 }};
 
 } // namespace

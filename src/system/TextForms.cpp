@@ -37,8 +37,8 @@ std::string decimalText(double value, int decimals) {
     const auto whole = static_cast<int64_t>(rounded);
     std::string text = groupThousands(std::to_string(whole));
     if (decimals > 0) {
-        auto fraction = static_cast<int64_t>(std::llround((rounded - static_cast<double>(whole)) *
-                                                          scale));
+        auto fraction =
+            static_cast<int64_t>(std::llround((rounded - static_cast<double>(whole)) * scale));
         std::string fractionText = std::to_string(fraction);
         fractionText.insert(0, static_cast<size_t>(decimals) - fractionText.size(), '0');
         while (!fractionText.empty() && fractionText.back() == '0') {
@@ -92,6 +92,8 @@ std::string percent(double part, double whole) {
     return buffer;
 }
 
-std::string count(int64_t value) { return groupThousands(std::to_string(value)); }
+std::string count(int64_t value) {
+    return groupThousands(std::to_string(value));
+}
 
 } // namespace dorvik::TextForms

@@ -63,9 +63,9 @@ TEST(Classification, DirectoryKindAndPackages) {
         std::string name;
         bool package;
     } cases[] = {
-        {"Safari.app", true},       {"Foo.APP", false},      {"Photos.photoslibrary", true},
-        {"Window.savedState", true}, {"x.savedstate", false}, {"Plain", false},
-        {"a.b.framework", true},    {"x.framework.old", false}, {"x.vst3", true},
+        {"Safari.app", true},        {"Foo.APP", false},         {"Photos.photoslibrary", true},
+        {"Window.savedState", true}, {"x.savedstate", false},    {"Plain", false},
+        {"a.b.framework", true},     {"x.framework.old", false}, {"x.vst3", true},
     };
     for (const auto& [name, package] : cases) {
         EXPECT_EQ(isPackageName(name), package) << name;
@@ -174,7 +174,7 @@ TEST(Classification, DirectoryBucketAlongRealPaths) {
         {"/MobileSoftwareUpdate", B::system},
         {"/Volumes/Backup", B::other},
         {"/home/ann/Library/Caches", B::other}, // only the macOS layout is known
-        {"/Foo.APP", B::other},                  // suffixes are case-sensitive
+        {"/Foo.APP", B::other},                 // suffixes are case-sensitive
     };
     for (const auto& [path, bucket] : cases) {
         EXPECT_EQ(bucketOfPath(path), bucket) << path;

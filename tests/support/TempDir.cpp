@@ -45,8 +45,8 @@ void restorePermissions(const std::string& root) {
 
 TempDir::TempDir() {
     const char* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base != nullptr && *base != '\0' ? base : "/tmp") +
-                          "/dorvik-test-XXXXXX";
+    std::string pattern =
+        std::string(base != nullptr && *base != '\0' ? base : "/tmp") + "/dorvik-test-XXXXXX";
     std::vector<char> buffer(pattern.begin(), pattern.end());
     buffer.push_back('\0');
     check(mkdtemp(buffer.data()) != nullptr, "mkdtemp");
@@ -59,7 +59,9 @@ TempDir::~TempDir() {
     fs::remove_all(path_, error);
 }
 
-void makeFolder(const std::string& path) { fs::create_directories(path); }
+void makeFolder(const std::string& path) {
+    fs::create_directories(path);
+}
 
 void writeFile(const std::string& path, int64_t bytes) {
     fs::create_directories(fs::path(path).parent_path());
@@ -113,6 +115,8 @@ std::string commandOutput(const std::string& command) {
     return output;
 }
 
-bool ignoresPermissions() { return geteuid() == 0; }
+bool ignoresPermissions() {
+    return geteuid() == 0;
+}
 
 } // namespace dorvik::test
