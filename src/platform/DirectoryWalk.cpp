@@ -1,118 +1,246 @@
+// The walk behind the scanner and Measure folder. It keeps the order and the visits of the C
+// library's fts with FTS_PHYSICAL | FTS_NOCHDIR | FTS_XDEV — a directory in pre-order, its
+// entries in directory order, the directory again in post-order; a skipped directory or one on
+// another volume comes back at once in post-order; a directory that cannot be listed comes back
+// as unreadable instead of in post-order — but reads each entry's status relative to its
+// directory's descriptor. glibc's fts asks for every entry by its full path, which made a whole
+// walk slower than du's; this way the kernel resolves one name per entry.
+//
+// A directory is listed and its entries' status read in full before the first of them is
+// handed out, so only one directory is open at a time, however deep the tree.
+
 #include "platform/DirectoryWalk.h"
 
-#include <fts.h>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
 
 namespace dorvik::platform {
 
-struct DirectoryWalk::Handle {
-    FTS* fts = nullptr;
-    FTSENT* current = nullptr;
-};
-
 namespace {
 
-WalkEntryType entryType(int ftsInfo) {
-    switch (ftsInfo) {
-    case FTS_D:
-        return WalkEntryType::directoryPre;
-    case FTS_DP:
-        return WalkEntryType::directoryPost;
-    case FTS_F:
-        return WalkEntryType::file;
-    case FTS_SL:
-        return WalkEntryType::symlink;
-    case FTS_SLNONE:
-        return WalkEntryType::brokenSymlink;
-    case FTS_DEFAULT:
-        return WalkEntryType::otherFile;
-    case FTS_DNR:
-        return WalkEntryType::unreadableDirectory;
-    case FTS_NS:
-        return WalkEntryType::noStat;
-    case FTS_ERR:
-        return WalkEntryType::error;
-    default:
-        return WalkEntryType::other;
-    }
+struct Child {
+    std::string name;
+    struct stat status {};
+    bool statusRead = false;
+};
+
+WalkStat walkStat(const struct stat& st) {
+    return WalkStat{
+        .blocks = static_cast<int64_t>(st.st_blocks),
+        .size = static_cast<int64_t>(st.st_size),
+        .modified = static_cast<int64_t>(st.st_mtim.tv_sec),
+        .accessed = static_cast<int64_t>(st.st_atim.tv_sec),
+        .links = static_cast<uint64_t>(st.st_nlink),
+        .inode = static_cast<uint64_t>(st.st_ino),
+        .device = static_cast<uint64_t>(st.st_dev),
+        .isRegularFile = S_ISREG(st.st_mode),
+    };
 }
 
-bool hasStat(WalkEntryType type) {
-    return type != WalkEntryType::noStat && type != WalkEntryType::error &&
-           type != WalkEntryType::other;
+WalkEntryType typeOf(const struct stat& st) {
+    if (S_ISDIR(st.st_mode)) {
+        return WalkEntryType::directoryPre;
+    }
+    if (S_ISREG(st.st_mode)) {
+        return WalkEntryType::file;
+    }
+    if (S_ISLNK(st.st_mode)) {
+        return WalkEntryType::symlink;
+    }
+    return WalkEntryType::otherFile;
+}
+
+bool isDotOrDotDot(const char* name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+// Lists a directory and reads the status of each entry without following links. False when
+// the directory cannot be opened or read. Reads the raw entries itself: the C library's
+// directory streams cost three more system calls a directory.
+bool listDirectory(const std::string& path, std::vector<Child>& children) {
+    const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (fd < 0) {
+        return false;
+    }
+    alignas(dirent64) char buffer[32768];
+    bool ok = true;
+    while (true) {
+        const ssize_t got = getdents64(fd, buffer, sizeof buffer);
+        if (got <= 0) {
+            ok = got == 0;
+            break;
+        }
+        for (ssize_t offset = 0; offset < got;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(buffer + offset);
+            offset += entry->d_reclen;
+            if (isDotOrDotDot(entry->d_name)) {
+                continue;
+            }
+            Child& child = children.emplace_back();
+            child.name = entry->d_name;
+            child.statusRead = fstatat(fd, entry->d_name, &child.status, AT_SYMLINK_NOFOLLOW) == 0;
+        }
+    }
+    close(fd);
+    return ok;
 }
 
 } // namespace
 
+struct DirectoryWalk::Handle {
+    // A directory handed out in pre-order and not yet left.
+    struct Frame {
+        size_t pathLength; // its path is pathBuffer's first pathLength bytes
+        size_t nameLength; // of its last component
+        struct stat status {};
+        long mark = 0;
+        bool listed = false;
+        bool skip = false;
+        std::vector<Child> children;
+        size_t nextChild = 0;
+    };
+
+    std::string rootPath;
+    bool started = false;
+    bool finished = false;
+    dev_t rootDevice = 0;
+    std::string pathBuffer;
+    std::vector<Frame> frames;
+    long currentMark = 0;
+    long* currentMarkSlot = &currentMark; // where the mark of the current entry lives
+
+    // Makes the directory whose path is in pathBuffer the current one.
+    void enter(size_t nameLength, const struct stat& status) {
+        Frame& frame = frames.emplace_back();
+        frame.pathLength = pathBuffer.size();
+        frame.nameLength = nameLength;
+        frame.status = status;
+        currentMarkSlot = &frame.mark;
+    }
+};
+
 DirectoryWalk::DirectoryWalk(const std::string& rootPath) : handle_(std::make_unique<Handle>()) {
-    std::string copy = rootPath;
-    char* paths[] = {copy.data(), nullptr};
-    handle_->fts = fts_open(paths, FTS_PHYSICAL | FTS_NOCHDIR | FTS_XDEV, nullptr);
+    handle_->rootPath = rootPath;
 }
 
-DirectoryWalk::~DirectoryWalk() {
-    if (handle_->fts != nullptr) {
-        fts_close(handle_->fts);
-    }
-}
+DirectoryWalk::~DirectoryWalk() = default;
 
 bool DirectoryWalk::isOpen() const {
-    return handle_->fts != nullptr;
+    return !handle_->rootPath.empty();
 }
 
 const WalkEntry* DirectoryWalk::next() {
-    if (handle_->fts == nullptr) {
+    Handle& h = *handle_;
+    if (h.rootPath.empty() || h.finished) {
         return nullptr;
     }
-    FTSENT* ent = nullptr;
-    while ((ent = fts_read(handle_->fts)) != nullptr) {
-        if (ent->fts_path != nullptr) {
-            break;
-        }
-    }
-    handle_->current = ent;
-    if (ent == nullptr) {
-        return nullptr;
-    }
-    entry_.type = entryType(ent->fts_info);
-    entry_.path = std::string_view(ent->fts_path, ent->fts_pathlen);
-    if (ent->fts_level == FTS_ROOTLEVEL) {
+    h.currentMark = 0;
+    h.currentMarkSlot = &h.currentMark;
+
+    if (!h.started) {
+        h.started = true;
+        h.pathBuffer = h.rootPath;
+        entry_.path = h.pathBuffer;
         entry_.name = entry_.path;
-    } else {
-        entry_.name = entry_.path.substr(entry_.path.size() - ent->fts_namelen);
+        struct stat st {};
+        if (lstat(h.rootPath.c_str(), &st) != 0) {
+            entry_.type = WalkEntryType::noStat;
+            entry_.stat = WalkStat{};
+            h.finished = true;
+            return &entry_;
+        }
+        entry_.type = typeOf(st);
+        entry_.stat = walkStat(st);
+        if (entry_.type != WalkEntryType::directoryPre) {
+            h.finished = true;
+            return &entry_;
+        }
+        h.rootDevice = st.st_dev;
+        h.enter(h.pathBuffer.size(), st);
+        return &entry_;
     }
-    if (hasStat(entry_.type) && ent->fts_statp != nullptr) {
-        const struct stat& st = *ent->fts_statp;
-        entry_.stat = WalkStat{
-            .blocks = static_cast<int64_t>(st.st_blocks),
-            .size = static_cast<int64_t>(st.st_size),
-            .modified = static_cast<int64_t>(st.st_mtim.tv_sec),
-            .accessed = static_cast<int64_t>(st.st_atim.tv_sec),
-            .links = static_cast<uint64_t>(st.st_nlink),
-            .inode = static_cast<uint64_t>(st.st_ino),
-            .device = static_cast<uint64_t>(st.st_dev),
-            .isRegularFile = S_ISREG(st.st_mode),
-        };
-    } else {
-        entry_.stat = WalkStat{};
+
+    while (!h.frames.empty()) {
+        Handle::Frame& top = h.frames.back();
+        h.pathBuffer.resize(top.pathLength);
+        if (!top.listed) {
+            top.listed = true;
+            const bool enter = !top.skip && top.status.st_dev == h.rootDevice;
+            if (enter && !listDirectory(h.pathBuffer, top.children)) {
+                entry_.type = WalkEntryType::unreadableDirectory;
+                entry_.path = h.pathBuffer;
+                entry_.name = entry_.path.substr(entry_.path.size() - top.nameLength);
+                entry_.stat = walkStat(top.status);
+                h.currentMark = top.mark;
+                h.frames.pop_back();
+                return &entry_;
+            }
+        }
+        if (top.nextChild == top.children.size()) {
+            entry_.type = WalkEntryType::directoryPost;
+            entry_.path = h.pathBuffer;
+            entry_.name = entry_.path.substr(entry_.path.size() - top.nameLength);
+            entry_.stat = walkStat(top.status);
+            h.currentMark = top.mark;
+            h.frames.pop_back();
+            if (h.frames.empty()) {
+                h.finished = true;
+            }
+            return &entry_;
+        }
+
+        Child& child = top.children[top.nextChild++];
+        if (h.pathBuffer.empty() || h.pathBuffer.back() != '/') {
+            h.pathBuffer += '/';
+        }
+        h.pathBuffer += child.name;
+        entry_.path = h.pathBuffer;
+        entry_.name = entry_.path.substr(entry_.path.size() - child.name.size());
+        if (!child.statusRead) {
+            entry_.type = WalkEntryType::noStat;
+            entry_.stat = WalkStat{};
+            return &entry_;
+        }
+        entry_.type = typeOf(child.status);
+        entry_.stat = walkStat(child.status);
+        if (entry_.type == WalkEntryType::directoryPre) {
+            for (const Handle::Frame& ancestor : h.frames) {
+                if (ancestor.status.st_ino == child.status.st_ino &&
+                    ancestor.status.st_dev == child.status.st_dev) {
+                    entry_.type = WalkEntryType::other; // a cycle through a bind mount
+                    return &entry_;
+                }
+            }
+            const size_t nameLength = child.name.size();
+            const struct stat status = child.status;
+            // The child's own listing is not needed any more once it is a frame of its own.
+            std::string().swap(child.name);
+            h.enter(nameLength, status);
+        }
+        return &entry_;
     }
-    return &entry_;
+    h.finished = true;
+    return nullptr;
 }
 
 void DirectoryWalk::skipCurrent() {
-    if (handle_->fts != nullptr && handle_->current != nullptr) {
-        fts_set(handle_->fts, handle_->current, FTS_SKIP);
+    Handle& h = *handle_;
+    if (entry_.type == WalkEntryType::directoryPre && !h.frames.empty() &&
+        h.currentMarkSlot == &h.frames.back().mark) {
+        h.frames.back().skip = true;
     }
 }
 
 long DirectoryWalk::mark() const {
-    return handle_->current != nullptr ? handle_->current->fts_number : 0;
+    return *handle_->currentMarkSlot;
 }
 
 void DirectoryWalk::setMark(long value) {
-    if (handle_->current != nullptr) {
-        handle_->current->fts_number = value;
-    }
+    *handle_->currentMarkSlot = value;
 }
 
 } // namespace dorvik::platform

@@ -64,8 +64,9 @@ std::vector<std::string_view> pathComponents(std::string_view path) {
 class Walk {
 public:
     Walk(platform::DirectoryWalk& walk, const std::set<std::string>& excludedPaths,
-         const Scanner::ProgressCallback& progress)
-        : walk_(walk), excludedPaths_(excludedPaths), progress_(progress) {
+         const Scanner::ProgressCallback& progress, double progressInterval)
+        : walk_(walk), excludedPaths_(excludedPaths), progress_(progress),
+          progressInterval_(progressInterval) {
         files_.reserve(50000);
     }
 
@@ -105,7 +106,7 @@ public:
             return;
         }
         const auto now = Clock::now();
-        if (std::chrono::duration<double>(now - lastReport_).count() <= Scanner::progressInterval) {
+        if (std::chrono::duration<double>(now - lastReport_).count() <= progressInterval_) {
             return;
         }
         lastReport_ = now;
@@ -244,6 +245,7 @@ private:
     platform::DirectoryWalk& walk_;
     const std::set<std::string>& excludedPaths_;
     const Scanner::ProgressCallback& progress_;
+    const double progressInterval_;
 
     FileNodePtr root_;
     std::vector<FileNodePtr> stack_;
@@ -280,7 +282,7 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
     if (!walk.isOpen()) {
         return std::nullopt;
     }
-    Walk state(walk, excludedPaths, progress);
+    Walk state(walk, excludedPaths, progress, progressInterval_);
     while (const WalkEntry* entry = walk.next()) {
         switch (state.handle(*entry, *this)) {
         case Walk::Step::cancelled:

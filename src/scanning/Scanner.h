@@ -22,8 +22,12 @@ public:
         std::function<void(int64_t files, int64_t bytes, const std::string& path)>;
 
     // Progress goes out at most this often, and the clock is read only once per this many files.
-    static constexpr double progressInterval = 0.08;
+    static constexpr double defaultProgressInterval = 0.08;
     static constexpr int64_t progressFileStride = 1024;
+
+    // Tests shorten the interval; the program uses the default.
+    explicit Scanner(double progressInterval = defaultProgressInterval)
+        : progressInterval_(progressInterval) {}
 
     void cancel();
     bool isCancelled() const;
@@ -36,6 +40,7 @@ public:
                                    const ProgressCallback& progress);
 
 private:
+    const double progressInterval_;
     mutable std::mutex lock_;
     bool cancelled_ = false;
 };
