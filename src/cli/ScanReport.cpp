@@ -41,6 +41,15 @@ template <typename Map> auto sortedBySize(const Map& totals) {
     return entries;
 }
 
+// Paths vary in length, so they come last.
+std::string pathRow(const std::string& path, int64_t bytes, int64_t whole) {
+    char line[128];
+    std::snprintf(
+        line, sizeof line, "  %10s %6s  ", TextForms::size(bytes).c_str(),
+        TextForms::percent(static_cast<double>(bytes), static_cast<double>(whole)).c_str());
+    return line + path + "\n";
+}
+
 nlohmann::json pathRows(const std::vector<FileNodePtr>& nodes) {
     auto rows = nlohmann::json::array();
     for (const FileNodePtr& node : nodes) {
@@ -107,7 +116,7 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
     }
     out << "\nLargest folders\n";
     for (const FileNodePtr& folder : largestFolders(scan, top)) {
-        out << row(displayPath(folder->path()), folder->size, total, "");
+        out << pathRow(displayPath(folder->path()), folder->size, total);
     }
     out << "\nLargest files\n";
     const auto files = largestFiles(scan, top);
@@ -115,7 +124,7 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
         out << "  none of 512 KiB or more\n";
     }
     for (const FileNodePtr& file : files) {
-        out << row(displayPath(file->path()), file->size, total, "");
+        out << pathRow(displayPath(file->path()), file->size, total);
     }
     return out.str();
 }
