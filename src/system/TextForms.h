@@ -8,14 +8,32 @@
 namespace dorvik::TextForms {
 
 // Decimal units, KB to TB: "Zero KB", whole KB, one decimal for MB, two for GB and TB, trailing
-// zeros dropped ("1.5 MB", "2 GB"). A negative size is shown as zero.
+// zeros dropped ("1.5 MB", "2 GB"), halves rounded up. Anything above zero shows at least
+// "1 KB"; a negative size is shown as zero.
 std::string size(int64_t bytes);
 
-// The share of `part` in `whole`: "0%" for a whole below 1, "<0.1%" for a sliver, one decimal
-// below 10%, none above.
+// "+" or "−" (U+2212) before the size of the magnitude; zero is "+Zero KB".
+std::string signedSize(int64_t bytes);
+
+// The share of `part` in `whole`: "0%" for a whole below 1, "<0.1%" for a sliver of at least one
+// byte, one decimal below 10%, none from there on.
 std::string percent(double part, double whole);
 
 // "1,234,567": whole numbers with thousands separators.
 std::string count(int64_t value);
+
+// `date` against `now` (both seconds since 1970) in calendar days of the local time zone:
+// "today", "yesterday", "tomorrow", "3 days ago", "in 3 days", "last week", "in 2 weeks",
+// "last month", "5 months ago", "next year", "2 years ago". Weeks from 7 days, months (of 30
+// days) from 30, years (of 365 days) from 365. "—" for a date up to one day after 1970, the
+// program's marker for "never".
+std::string relativeDate(double date, double now);
+
+// "Mar 5, 2025" in the local time zone; "—" for the "never" marker or a date beyond the calendar.
+std::string abbreviatedDate(double date);
+
+// A span of days in words: "less than a day", "about 12 days", "about 5 months", "more than 2
+// years".
+std::string durationPhrase(double days);
 
 } // namespace dorvik::TextForms
