@@ -38,4 +38,8 @@ private:
     size_t next_ = 0;
 };
 
+// Absolute and without "." or ".." or a trailing "/", so that a path given on the command line
+// compares with the paths a walk produces.
+std::string normalisedPath(const std::string& path);
+
 } // namespace dorvik::cli

@@ -5,27 +5,19 @@
 #include "scanning/ScanPaths.h"
 #include "scanning/ScanTarget.h"
 #include "scanning/Scanner.h"
+#include "system/Dates.h"
 #include "system/TextForms.h"
+#include "system/VolumeInfo.h"
+#include "trends/TrendStore.h"
 
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
 #include <iostream>
 #include <set>
 
 namespace dorvik::cli {
 
 namespace {
-
-// Absolute and without "." or ".." or a trailing "/", so that the root and the exclusions are
-// compared in the form the walk produces.
-std::string normalisedPath(const std::string& path) {
-    std::string result = std::filesystem::absolute(path).lexically_normal().string();
-    while (result.size() > 1 && result.back() == '/') {
-        result.pop_back();
-    }
-    return result;
-}
 
 // One line of live progress on a terminal, rewritten in place.
 void showProgress(int64_t files, int64_t bytes, const std::string& path) {
@@ -38,6 +30,25 @@ void showProgress(int64_t files, int64_t bytes, const std::string& path) {
               << "  " << shown << std::flush;
 }
 
+struct Recording {
+    std::string directory;
+    std::string root;
+    size_t snapshotsOfRoot = 0;
+    size_t samples = 0;
+};
+
+// Feeds the trends the way the application does at the end of a scan: the scan's snapshot, then
+// a sample of the space used on "/".
+Recording recordForTrends(const ScanResult& result) {
+    const double now = Dates::now();
+    TrendStore store;
+    const ScanSnapshot snapshot = makeScanSnapshot(result, now);
+    store.record(snapshot);
+    store.recordSample(volumeInfo("/"), now);
+    return {store.directory(), snapshot.root, store.history(snapshot.root).size(),
+            store.samples().size()};
+}
+
 } // namespace
 
 int runScan(Arguments& arguments) {
@@ -45,6 +56,7 @@ int runScan(Arguments& arguments) {
     std::set<std::string> excluded;
     int64_t top = 10;
     bool json = false;
+    bool record = false;
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--home" || word == "--disk") {
@@ -58,6 +70,8 @@ int runScan(Arguments& arguments) {
             top = arguments.number(word, 0);
         } else if (word == "--json") {
             json = true;
+        } else if (word == "--record") {
+            record = true;
         } else if (word.starts_with("-") && word != "-") {
             throw UsageError("unknown option " + word);
         } else {
@@ -86,10 +100,26 @@ int runScan(Arguments& arguments) {
         std::cerr << "dorvik-cli: could not scan " << root << "\n";
         return 1;
     }
+    const std::optional<Recording> recording =
+        record ? std::optional(recordForTrends(*result)) : std::nullopt;
     if (json) {
-        printJson(std::cout, scanReportJson(*result, static_cast<size_t>(top)));
-    } else {
-        std::cout << scanReportText(*result, static_cast<size_t>(top));
+        nlohmann::json report = scanReportJson(*result, static_cast<size_t>(top));
+        if (recording) {
+            report["recorded"] = {
+                {"directory", recording->directory},
+                {"root", recording->root},
+                {"snapshotsOfRoot", recording->snapshotsOfRoot},
+                {"samples", recording->samples},
+            };
+        }
+        printJson(std::cout, report);
+        return 0;
+    }
+    std::cout << scanReportText(*result, static_cast<size_t>(top));
+    if (recording) {
+        std::cout << "\nRecorded for trends in " << displayPath(recording->directory) << ": "
+                  << recording->snapshotsOfRoot << " of " << displayPath(recording->root)
+                  << " kept, " << recording->samples << " space samples in all.\n";
     }
     return 0;
 }

@@ -14,8 +14,10 @@ namespace dorvik::cli {
 namespace {
 
 constexpr std::array commands = {
-    Command{"scan", "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json]",
+    Command{"scan",
+            "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json] [--record]",
             runScan},
+    Command{"trends", "trends [--root PATH] [--json]", runTrends},
 };
 
 void printUsage(std::ostream& out) {
