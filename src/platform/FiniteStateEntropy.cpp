@@ -61,11 +61,17 @@ bool BackwardBitReader::refill() {
 }
 
 void BitWriter::flush(std::vector<uint8_t>& out) {
-    while (pending_ >= 8) {
-        out.push_back(static_cast<uint8_t>(bits_));
-        bits_ >>= 8;
-        pending_ -= 8;
+    const int whole = pending_ / 8;
+    if (whole == 0) {
+        return;
     }
+    uint8_t bytes[8];
+    for (int i = 0; i < 8; ++i) {
+        bytes[i] = static_cast<uint8_t>(bits_ >> (8 * i));
+    }
+    out.insert(out.end(), bytes, bytes + whole);
+    bits_ = whole == 8 ? 0 : bits_ >> (8 * whole);
+    pending_ -= 8 * whole;
 }
 
 int BitWriter::finish(std::vector<uint8_t>& out) {

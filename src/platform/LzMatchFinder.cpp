@@ -10,7 +10,17 @@ namespace dorvik::platform {
 namespace {
 
 constexpr uint32_t minMatch = 4;
-constexpr int hashBits = 17;
+// The chains link positions whose next eight bytes hash alike: in records of little-endian
+// numbers, four-byte prefixes (runs of zero high bytes, mostly) would crowd them with poor
+// candidates. Matches of four to seven bytes come from a second table on four-byte prefixes
+// that keeps only the latest position of each.
+constexpr size_t chainedPrefixBytes = 8;
+// Hash tables as large as these, or a quarter of the input's size when that is smaller: clearing a
+// table larger than the input would cost more than the search.
+constexpr int maxHashBits = 17;
+constexpr int maxShortHashBits = 16;
+constexpr int minHashBits = 8;
+constexpr uint32_t shortSearchBelow = chainedPrefixBytes;
 // The chains remember one window of positions, which must cover the longest distance.
 constexpr int windowBits = 18;
 constexpr uint32_t windowMask = (uint32_t{1} << windowBits) - 1;
@@ -18,7 +28,7 @@ static_assert(LzfseFormat::maxDValue < (uint32_t{1} << windowBits));
 // Candidates tried a position: more finds longer matches, fewer runs faster.
 constexpr int maxCandidates = 8;
 // A match this long is taken at once, with no further search or lazy look-ahead.
-constexpr uint32_t goodEnoughLength = 128;
+constexpr uint32_t goodEnoughLength = 64;
 // After every 2^skipShift bytes without a match, the search steps one byte further.
 constexpr int skipShift = 8;
 constexpr uint32_t maxSkipStep = 64;
@@ -28,17 +38,29 @@ constexpr uint32_t maxSkipStep = 64;
 LzMatchFinder::LzMatchFinder(std::span<const uint8_t> input, uint32_t maxDistance)
     : input_(input), maxDistance_(std::min(maxDistance, windowMask)),
       size_(static_cast<uint32_t>(input.size())),
-      searchEnd_(size_ >= minMatch ? size_ - minMatch + 1 : 0), heads_(size_t{1} << hashBits, 0),
-      chain_(std::min<size_t>(size_t{1} << windowBits, size_), 0) {}
+      searchEnd_(size_ >= chainedPrefixBytes ? size_ - chainedPrefixBytes + 1 : 0),
+      hashBits_(std::clamp(static_cast<int>(std::bit_width(size_)) - 2, minHashBits, maxHashBits)),
+      shortHashBits_(
+          std::clamp(static_cast<int>(std::bit_width(size_)) - 2, minHashBits, maxShortHashBits)),
+      heads_(size_t{1} << hashBits_, 0),
+      chain_(std::min<size_t>(size_t{1} << windowBits, size_), 0),
+      shortHeads_(size_t{1} << shortHashBits_, 0) {}
 
+// Multiplicative (Fibonacci) hashing: the high bits of the product mix every input bit.
 uint32_t LzMatchFinder::hashAt(uint32_t position) const {
+    const uint64_t prefix = LzfseFormat::load64(input_.data() + position);
+    return static_cast<uint32_t>((prefix * 0x9e3779b97f4a7c15u) >> (64 - hashBits_));
+}
+
+uint32_t LzMatchFinder::shortHashAt(uint32_t position) const {
     const uint32_t prefix = LzfseFormat::load32(input_.data() + position);
-    return (prefix * 2654435761u) >> (32 - hashBits); // Knuth's multiplicative hash
+    return (prefix * 0x9e3779b1u) >> (32 - shortHashBits_);
 }
 
 void LzMatchFinder::insertUpTo(uint32_t end) {
     const uint32_t last = std::min(end, searchEnd_);
     for (uint32_t position = inserted_; position < last; ++position) {
+        shortHeads_[shortHashAt(position)] = position + 1;
         uint32_t& head = heads_[hashAt(position)];
         chain_[position & windowMask] = head;
         head = position + 1;
@@ -89,6 +111,14 @@ LzMatchFinder::Match LzMatchFinder::longestMatchAt(uint32_t position) const {
             }
         }
         candidate = chain_[earlier & windowMask];
+    }
+    const uint32_t shortCandidate = shortHeads_[shortHashAt(position)];
+    if (best.length < shortSearchBelow && shortCandidate != 0 &&
+        position - (shortCandidate - 1) <= maxDistance_) {
+        const uint32_t length = matchLength(position, shortCandidate - 1);
+        if (length > best.length && length >= minMatch) {
+            best = {length, position - (shortCandidate - 1)};
+        }
     }
     return best;
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 // The search half of the LZFSE and LZVN encoders: cuts the input into literal runs and matches
-// (copies of earlier bytes). Hash chains over 4-byte prefixes, a bounded number of candidates a
-// position, the previous distance tried first (the entropy coder stores a repeated distance in
-// a few bits), and one step of lazy evaluation: a match is put off when the next position has a
-// longer one. Long stretches without matches are skipped over faster and faster, so that
-// incompressible input costs little time.
+// (copies of earlier bytes). Hash chains over 8-byte prefixes with a bounded number of
+// candidates a position, the latest position of each 4-byte prefix for short matches, the
+// previous distance tried first (the entropy coder stores a repeated distance in a few bits),
+// and one step of lazy evaluation: a match is put off when the next position has a longer one. Long
+// stretches without matches are skipped over faster and faster, so that incompressible input costs
+// little time.
 
 #include <cstddef>
 #include <cstdint>
@@ -40,6 +41,7 @@ private:
     uint32_t matchLength(uint32_t position, uint32_t earlier) const;
     void insertUpTo(uint32_t end);
     uint32_t hashAt(uint32_t position) const;
+    uint32_t shortHashAt(uint32_t position) const;
 
     std::span<const uint8_t> input_;
     uint32_t maxDistance_;
@@ -50,10 +52,13 @@ private:
     uint32_t inserted_ = 0; // positions below this are in the chains (or were skipped)
     uint32_t previousDistance_ = 0;
     bool finished_ = false;
+    int hashBits_;
+    int shortHashBits_;
     // The most recent position of each hash, plus one (zero: none), and for each position (modulo
-    // the window) the previous one with the same hash, plus one.
+    // the window) the previous one with the same hash, plus one. The short table has no chains.
     std::vector<uint32_t> heads_;
     std::vector<uint32_t> chain_;
+    std::vector<uint32_t> shortHeads_;
 };
 
 } // namespace dorvik::platform

@@ -12,6 +12,7 @@
 #include "platform/Lzvn.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace dorvik::platform::Lzfse {
 
@@ -48,46 +49,88 @@ void encodeValue(uint32_t value, const ValueClass<N>& values, uint8_t symbol,
     Fse::encodeSymbol(state, table[symbol], out);
 }
 
-// One "bvx2" block, header and payloads, decoding to `rawBytes` bytes.
-std::vector<uint8_t> encodeLzfseBlock(std::vector<uint8_t> literals,
-                                      const std::vector<Triple>& triples, uint32_t rawBytes) {
-    literals.resize((literals.size() + literalStreams - 1) / literalStreams * literalStreams, 0);
+// The literal bytes and triples of one block, as the entropy coder sees them: literals padded
+// to whole groups of four, distances replaced by their stored codes.
+struct BlockSymbols {
+    std::vector<uint8_t> literals;
+    std::vector<Triple> triples;
+    std::vector<uint32_t> distanceCodes;
+    std::vector<uint32_t> literalCounts = emptyCounts<literalSymbols>();
+    std::vector<uint32_t> lCounts = emptyCounts<lSymbols>();
+    std::vector<uint32_t> mCounts = emptyCounts<mSymbols>();
+    std::vector<uint32_t> dCounts = emptyCounts<dSymbols>();
+};
+
+BlockSymbols symbolsOf(std::span<const uint8_t> literals, std::span<const Triple> triples) {
+    BlockSymbols block;
+    block.literals.assign(literals.begin(), literals.end());
+    block.literals.resize((literals.size() + literalStreams - 1) / literalStreams * literalStreams,
+                          0);
+    block.triples.assign(triples.begin(), triples.end());
 
     // A distance equal to the previous one in the block is stored as 0. A literal-only triple
     // takes the previous distance too, or 1 at the start of a block (always valid after a
     // literal).
-    std::vector<uint32_t> distanceCodes(triples.size());
+    block.distanceCodes.resize(triples.size());
     uint32_t previous = 0;
     for (size_t i = 0; i < triples.size(); ++i) {
         uint32_t distance = triples[i].distance;
         if (distance == anyDistance) {
             distance = previous != 0 ? previous : 1;
         }
-        distanceCodes[i] = distance == previous ? 0 : distance;
+        block.distanceCodes[i] = distance == previous ? 0 : distance;
         previous = distance;
     }
 
-    std::vector<uint32_t> literalCounts = emptyCounts<literalSymbols>();
-    std::vector<uint32_t> lCounts = emptyCounts<lSymbols>();
-    std::vector<uint32_t> mCounts = emptyCounts<mSymbols>();
-    std::vector<uint32_t> dCounts = emptyCounts<dSymbols>();
-    for (const uint8_t byte : literals) {
-        ++literalCounts[byte];
+    for (const uint8_t byte : block.literals) {
+        ++block.literalCounts[byte];
     }
     for (size_t i = 0; i < triples.size(); ++i) {
-        ++lCounts[symbolOf(lValues, triples[i].literal)];
-        ++mCounts[symbolOf(mValues, triples[i].match)];
-        ++dCounts[distanceSymbolOf(distanceCodes[i])];
+        ++block.lCounts[symbolOf(lValues, triples[i].literal)];
+        ++block.mCounts[symbolOf(mValues, triples[i].match)];
+        ++block.dCounts[distanceSymbolOf(block.distanceCodes[i])];
+    }
+    return block;
+}
+
+// Roughly the bits an entropy coder spends on symbols of these counts: log2(states / frequency)
+// a symbol, plus the extra bits of its value class if it has one.
+double estimatedBits(const std::vector<uint32_t>& counts, const std::vector<uint16_t>& frequencies,
+                     uint32_t states, std::span<const uint8_t> extraBits = {}) {
+    double bits = 0;
+    for (size_t symbol = 0; symbol < counts.size(); ++symbol) {
+        if (counts[symbol] == 0) {
+            continue;
+        }
+        const double extra = extraBits.empty() ? 0 : extraBits[symbol];
+        bits +=
+            counts[symbol] * (std::log2(static_cast<double>(states) / frequencies[symbol]) + extra);
+    }
+    return bits;
+}
+
+// Entropy-codes one block as "bvx2", header and payloads, unless its estimated size already
+// reaches `sizeToBeat` bytes; then appends nothing and returns false.
+bool appendLzfseBlock(const BlockSymbols& block, uint32_t rawBytes, size_t sizeToBeat,
+                      std::vector<uint8_t>& out) {
+    const std::vector<uint16_t> literalFrequencies =
+        Fse::normalize(block.literalCounts, literalStates);
+    const std::vector<uint16_t> lFrequencies = Fse::normalize(block.lCounts, lStates);
+    const std::vector<uint16_t> mFrequencies = Fse::normalize(block.mCounts, mStates);
+    const std::vector<uint16_t> dFrequencies = Fse::normalize(block.dCounts, dStates);
+    const double payloadBits =
+        estimatedBits(block.literalCounts, literalFrequencies, literalStates) +
+        estimatedBits(block.lCounts, lFrequencies, lStates, lValues.extraBits) +
+        estimatedBits(block.mCounts, mFrequencies, mStates, mValues.extraBits) +
+        estimatedBits(block.dCounts, dFrequencies, dStates, dValues.extraBits);
+    if (payloadBits / 8 >= static_cast<double>(sizeToBeat)) {
+        return false;
     }
 
     LzfseBlockHeader header;
     header.rawBytes = rawBytes;
-    header.literalCount = static_cast<uint32_t>(literals.size());
-    header.matchCount = static_cast<uint32_t>(triples.size());
-    const std::vector<uint16_t> literalFrequencies = Fse::normalize(literalCounts, literalStates);
-    const std::vector<uint16_t> lFrequencies = Fse::normalize(lCounts, lStates);
-    const std::vector<uint16_t> mFrequencies = Fse::normalize(mCounts, mStates);
-    const std::vector<uint16_t> dFrequencies = Fse::normalize(dCounts, dStates);
+    header.literalCount = static_cast<uint32_t>(block.literals.size());
+    header.matchCount = static_cast<uint32_t>(block.triples.size());
     copyFrequencies(literalFrequencies, header.literalFrequencies);
     copyFrequencies(lFrequencies, header.lFrequencies);
     copyFrequencies(mFrequencies, header.mFrequencies);
@@ -96,46 +139,47 @@ std::vector<uint8_t> encodeLzfseBlock(std::vector<uint8_t> literals,
     // Both streams are written from the last symbol to the first, because the decoder reads
     // them backwards.
     std::vector<uint8_t> literalPayload;
+    literalPayload.reserve(block.literals.size() * 10 / 8 + 8);
     {
         const auto table = Fse::buildEncoderTable(literalFrequencies, literalStates);
-        Fse::BitWriter out;
+        Fse::BitWriter bits;
         std::array<uint16_t, literalStreams> states{};
-        for (size_t i = literals.size(); i > 0; i -= literalStreams) {
+        for (size_t i = block.literals.size(); i > 0; i -= literalStreams) {
             for (size_t stream = literalStreams; stream-- > 0;) {
-                const uint8_t byte = literals[i - literalStreams + stream];
-                Fse::encodeSymbol(states[stream], table[byte], out);
+                const uint8_t byte = block.literals[i - literalStreams + stream];
+                Fse::encodeSymbol(states[stream], table[byte], bits);
             }
-            out.flush(literalPayload);
+            bits.flush(literalPayload);
         }
-        header.literalFinalBits = out.finish(literalPayload);
+        header.literalFinalBits = bits.finish(literalPayload);
         header.literalStates = states;
         header.literalPayloadBytes = static_cast<uint32_t>(literalPayload.size());
     }
 
     std::vector<uint8_t> lmdPayload(lmdPaddingBytes, 0);
+    lmdPayload.reserve(lmdPaddingBytes + block.triples.size() * 8 + 8);
     {
         const auto lTable = Fse::buildEncoderTable(lFrequencies, lStates);
         const auto mTable = Fse::buildEncoderTable(mFrequencies, mStates);
         const auto dTable = Fse::buildEncoderTable(dFrequencies, dStates);
-        Fse::BitWriter out;
-        for (size_t i = triples.size(); i-- > 0;) {
-            const uint32_t distance = distanceCodes[i];
-            encodeValue(distance, dValues, distanceSymbolOf(distance), dTable, header.dState, out);
-            const uint32_t match = triples[i].match;
-            encodeValue(match, mValues, symbolOf(mValues, match), mTable, header.mState, out);
-            const uint32_t literal = triples[i].literal;
-            encodeValue(literal, lValues, symbolOf(lValues, literal), lTable, header.lState, out);
-            out.flush(lmdPayload);
+        Fse::BitWriter bits;
+        for (size_t i = block.triples.size(); i-- > 0;) {
+            const uint32_t distance = block.distanceCodes[i];
+            encodeValue(distance, dValues, distanceSymbolOf(distance), dTable, header.dState, bits);
+            const uint32_t match = block.triples[i].match;
+            encodeValue(match, mValues, symbolOf(mValues, match), mTable, header.mState, bits);
+            const uint32_t literal = block.triples[i].literal;
+            encodeValue(literal, lValues, symbolOf(lValues, literal), lTable, header.lState, bits);
+            bits.flush(lmdPayload);
         }
-        header.lmdFinalBits = out.finish(lmdPayload);
+        header.lmdFinalBits = bits.finish(lmdPayload);
         header.lmdPayloadBytes = static_cast<uint32_t>(lmdPayload.size());
     }
 
-    std::vector<uint8_t> block;
-    appendBlockHeaderV2(header, block);
-    appendBytes(block, literalPayload);
-    appendBytes(block, lmdPayload);
-    return block;
+    appendBlockHeaderV2(header, out);
+    appendBytes(out, literalPayload);
+    appendBytes(out, lmdPayload);
+    return true;
 }
 
 void appendRawBlock(std::span<const uint8_t> bytes, std::vector<uint8_t>& out) {
@@ -191,11 +235,12 @@ private:
             return;
         }
         const std::span<const uint8_t> raw = input_.subspan(blockStart_, next_ - blockStart_);
-        const std::vector<uint8_t> block =
-            encodeLzfseBlock(std::move(literals_), triples_, static_cast<uint32_t>(raw.size()));
-        if (block.size() < raw.size() + rawBlockHeaderBytes) {
-            appendBytes(out_, block);
-        } else {
+        const size_t rawBlockBytes = raw.size() + rawBlockHeaderBytes;
+        const size_t start = out_.size();
+        if (!appendLzfseBlock(symbolsOf(literals_, triples_), static_cast<uint32_t>(raw.size()),
+                              rawBlockBytes, out_) ||
+            out_.size() - start >= rawBlockBytes) {
+            out_.resize(start);
             appendRawBlock(raw, out_);
         }
         literals_.clear();
@@ -226,7 +271,10 @@ void appendSmallInput(std::span<const uint8_t> input, std::vector<uint8_t>& out)
 } // namespace
 
 std::vector<uint8_t> encode(std::span<const uint8_t> input) {
+    // Room for the worst case, stored blocks throughout, so that the output is never copied
+    // while it grows; what is left over goes at the end.
     std::vector<uint8_t> out;
+    out.reserve(input.size() + input.size() / 1024 + 64);
     if (!input.empty() && input.size() < lzvnThreshold) {
         appendSmallInput(input, out);
     } else {
@@ -243,6 +291,7 @@ std::vector<uint8_t> encode(std::span<const uint8_t> input) {
         }
     }
     append32(out, endOfStreamMagic);
+    out.shrink_to_fit();
     return out;
 }
 
