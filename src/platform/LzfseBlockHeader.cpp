@@ -8,11 +8,11 @@ using namespace LzfseFormat;
 
 namespace {
 
-// "bvx1": a plain record. Byte offsets of its fields; the frequency tables follow one another
-// as 16-bit values, and the record is padded to a multiple of four bytes.
+// "bvx1": a plain record. Byte offsets of its fields; at offset 8 lies the sum of the two payload
+// sizes, which readers do not need. The frequency tables follow one another as 16-bit values,
+// and the record is padded to a multiple of four bytes.
 namespace V1 {
 constexpr size_t rawBytes = 4;
-constexpr size_t payloadBytes = 8;
 constexpr size_t literalCount = 12;
 constexpr size_t matchCount = 16;
 constexpr size_t literalPayloadBytes = 20;
