@@ -55,8 +55,10 @@ public:
         }
     }
 
+    // The bytes, holding no more memory than they need.
     std::vector<uint8_t> release() {
         buffer_.resize(size_);
+        buffer_.shrink_to_fit();
         return std::move(buffer_);
     }
 

@@ -16,6 +16,15 @@ namespace dorvik::platform::Lzvn {
 // Distances reach back at most this far: the largest opcode field is 16 bits.
 constexpr uint32_t maxDistance = 65535;
 
+// Opcode constants both directions share.
+constexpr uint8_t endOfStreamOpcode = 0x06; // then seven more bytes
+constexpr size_t endOfStreamBytes = 8;
+constexpr uint8_t largeLiteralOpcode = 0xe0;   // 11100000 LLLLLLLL; 1110LLLL is the small form
+constexpr uint8_t largeMatchOpcode = 0xf0;     // 11110000 MMMMMMMM; 1111MMMM is the small form
+constexpr uint8_t mediumDistanceOpcode = 0xa0; // 101LLMMM DDDDDDMM DDDDDDDD
+constexpr uint32_t minMatch = 3;         // match lengths in opcodes with a distance start here
+constexpr uint32_t largeLengthBias = 16; // lengths in the two-byte forms start here
+
 // Decodes one block's opcodes, appending exactly `rawBytes` bytes to `output`. Matches may reach
 // back into what `output` held before. False on any malformed opcode, a distance before the
 // start of `output`, or a payload that does not end with the end-of-stream opcode at its very

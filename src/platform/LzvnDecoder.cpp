@@ -30,11 +30,6 @@ enum class Opcode : uint8_t {
     invalid,
 };
 
-constexpr uint8_t endOfStreamOpcode = 0x06;
-constexpr size_t endOfStreamBytes = 8;
-constexpr uint32_t minMatch = 3;
-constexpr uint32_t largeLengthBias = 16;
-
 constexpr Opcode classify(uint8_t byte) {
     if (byte == endOfStreamOpcode) {
         return Opcode::endOfStream;
@@ -42,13 +37,13 @@ constexpr Opcode classify(uint8_t byte) {
     if (byte == 0x0e || byte == 0x16) {
         return Opcode::nop;
     }
-    if (byte >= 0xf0) {
-        return byte == 0xf0 ? Opcode::largeMatch : Opcode::smallMatch;
+    if (byte >= largeMatchOpcode) {
+        return byte == largeMatchOpcode ? Opcode::largeMatch : Opcode::smallMatch;
     }
-    if (byte >= 0xe0) {
-        return byte == 0xe0 ? Opcode::largeLiteral : Opcode::smallLiteral;
+    if (byte >= largeLiteralOpcode) {
+        return byte == largeLiteralOpcode ? Opcode::largeLiteral : Opcode::smallLiteral;
     }
-    if (byte >= 0xa0 && byte < 0xc0) {
+    if (byte >= mediumDistanceOpcode && byte < 0xc0) {
         return Opcode::mediumDistance;
     }
     if ((byte >= 0x70 && byte < 0x80) || byte >= 0xd0) {

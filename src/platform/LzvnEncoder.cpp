@@ -12,11 +12,7 @@ namespace dorvik::platform::Lzvn {
 
 namespace {
 
-constexpr uint8_t endOfStreamOpcode = 0x06;
-constexpr size_t endOfStreamBytes = 8;
-constexpr uint32_t minMatch = 3;
 constexpr uint32_t maxLiteralWithMatch = 3;
-constexpr uint32_t largeLengthBias = 16;
 constexpr uint32_t maxSmallLength = 15;
 constexpr uint32_t maxLargeLength = 255 + largeLengthBias;
 // The low three bits of a small-distance opcode carry the distance's high bits, but 6 and 7 there
@@ -24,9 +20,6 @@ constexpr uint32_t maxLargeLength = 255 + largeLengthBias;
 constexpr uint32_t maxSmallDistance = 5 << 8 | 255;
 constexpr uint32_t maxMediumDistance = 16383;
 constexpr uint32_t maxMediumMatch = 31 + minMatch;
-constexpr uint8_t largeLiteralOpcode = 0xe0;
-constexpr uint8_t largeMatchOpcode = 0xf0;
-constexpr uint8_t mediumDistanceOpcode = 0xa0;
 
 // Opcodes of the form LLMMMxxx can hold fewer match lengths as the literal grows, because the
 // other bit patterns belong to other opcodes.
@@ -39,24 +32,12 @@ class OpcodeWriter {
 public:
     explicit OpcodeWriter(std::span<const uint8_t> input) : input_(input) {}
 
-    void literals(uint32_t count) {
-        while (count > 0) {
-            const uint32_t chunk = std::min(count, maxLargeLength);
-            if (chunk <= maxSmallLength) {
-                out_.push_back(static_cast<uint8_t>(largeLiteralOpcode | chunk));
-            } else {
-                out_.push_back(largeLiteralOpcode);
-                out_.push_back(static_cast<uint8_t>(chunk - largeLengthBias));
-            }
-            copyLiterals(chunk);
-            count -= chunk;
-        }
-    }
+    void literals(uint32_t count) { lengthOnlyOpcodes(largeLiteralOpcode, count); }
 
     // `literal` (0-3) bytes, then a match.
     void match(uint32_t literal, uint32_t length, uint32_t distance) {
         if (distance == previousDistance_ && literal == 0) {
-            matchesWithPreviousDistance(length);
+            lengthOnlyOpcodes(largeMatchOpcode, length);
             return;
         }
         const auto ll = static_cast<uint8_t>(literal << 6);
@@ -81,7 +62,7 @@ public:
         }
         copyLiterals(literal);
         previousDistance_ = distance;
-        matchesWithPreviousDistance(length - carried);
+        lengthOnlyOpcodes(largeMatchOpcode, length - carried);
     }
 
     // The match's bytes need no copying: the decoder makes them.
@@ -94,14 +75,19 @@ public:
     }
 
 private:
-    void matchesWithPreviousDistance(uint32_t length) {
+    // Literal-only or match-only opcodes (the latter reuse the previous distance) for `length`
+    // bytes: a one-byte form up to 15, a two-byte form up to 271.
+    void lengthOnlyOpcodes(uint8_t largeOpcode, uint32_t length) {
         while (length > 0) {
             const uint32_t chunk = std::min(length, maxLargeLength);
             if (chunk <= maxSmallLength) {
-                out_.push_back(static_cast<uint8_t>(largeMatchOpcode | chunk));
+                out_.push_back(static_cast<uint8_t>(largeOpcode | chunk));
             } else {
-                out_.push_back(largeMatchOpcode);
+                out_.push_back(largeOpcode);
                 out_.push_back(static_cast<uint8_t>(chunk - largeLengthBias));
+            }
+            if (largeOpcode == largeLiteralOpcode) {
+                copyLiterals(chunk);
             }
             length -= chunk;
         }
