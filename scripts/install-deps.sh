@@ -7,6 +7,7 @@ packages=(
     libgtest-dev libgmock-dev
     qt6-base-dev
     nlohmann-json3-dev libplist-dev libssl-dev
+    zlib1g-dev
     clang clang-format
     time ncdu gdu
 )

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Builds the libFuzzer targets with clang (build-fuzz/) and runs each one for a while, starting
+# from its seed folders: scripts/fuzz.sh [seconds per target] [target...]
+# A finding is written to build-fuzz/findings/<target>/ and stops the run with an error.
+# Inputs are kept below FUZZ_MAX_LEN bytes (default 64 KiB): small inputs run many times faster
+# and still reach every block type.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+# Seed folders of each target, relative to the source tree.
+declare -A seeds=(
+    [lzfse_decode]="tests/data/lzfse"
+    [lzfse_round_trip]="tests/data/lzfse"
+)
+
+seconds=${1:-60}
+shift || true
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=("${!seeds[@]}")
+
+CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DDORVIK_WERROR=ON -DDORVIK_FUZZ=ON \
+    -DDORVIK_TESTS=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build-fuzz -j2 --target dorvik_fuzzers
+
+for target in "${targets[@]}"; do
+    corpus=build-fuzz/corpus/$target
+    findings=build-fuzz/findings/$target
+    mkdir -p "$corpus" "$findings"
+    echo "== $target for ${seconds}s"
+    # shellcheck disable=SC2086 # the seed list is meant to split into folders
+    build-fuzz/tests/fuzz/${target}_fuzzer "$corpus" ${seeds[$target]:-} \
+        -max_total_time="$seconds" -max_len="${FUZZ_MAX_LEN:-65536}" -print_final_stats=1 \
+        -artifact_prefix="$findings/"
+done
