@@ -19,6 +19,7 @@ struct Command {
 
 int runScan(Arguments& arguments);
 int runTrends(Arguments& arguments);
+int runLoad(Arguments& arguments);
 
 // Prints a JSON document the way every command does: invalid UTF-8 in paths is replaced.
 void printJson(std::ostream& out, const nlohmann::json& document);

@@ -2,6 +2,7 @@
 #include "cli/ScanReport.h"
 #include "platform/FileSystem.h"
 #include "platform/Terminal.h"
+#include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
 #include "scanning/ScanTarget.h"
 #include "scanning/Scanner.h"
@@ -52,18 +53,21 @@ Recording recordForTrends(const ScanResult& result) {
 } // namespace
 
 int runScan(Arguments& arguments) {
-    std::optional<std::string> rootPath;
+    std::optional<ScanTarget> target;
     std::set<std::string> excluded;
+    std::optional<std::string> savePath;
     int64_t top = 10;
     bool json = false;
     bool record = false;
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--home" || word == "--disk") {
-            if (rootPath) {
+            if (target) {
                 throw UsageError("give one folder, --home or --disk");
             }
-            rootPath = (word == "--home" ? ScanTarget::home() : ScanTarget::wholeDisk()).rootPath();
+            target = word == "--home" ? ScanTarget::home() : ScanTarget::wholeDisk();
+        } else if (word == "--save") {
+            savePath = arguments.value(word);
         } else if (word == "--exclude") {
             excluded.insert(canonicalPath(normalisedPath(arguments.value(word))));
         } else if (word == "--top") {
@@ -75,13 +79,16 @@ int runScan(Arguments& arguments) {
         } else if (word.starts_with("-") && word != "-") {
             throw UsageError("unknown option " + word);
         } else {
-            if (rootPath) {
+            if (target) {
                 throw UsageError("give one folder, --home or --disk");
             }
-            rootPath = word;
+            target = ScanTarget::folder(normalisedPath(word));
         }
     }
-    const std::string root = normalisedPath(rootPath.value_or("."));
+    if (!target) {
+        target = ScanTarget::folder(normalisedPath("."));
+    }
+    const std::string root = target->rootPath();
     if (!platform::pathExists(root)) {
         throw InputError("no such folder: " + root);
     }
@@ -98,6 +105,10 @@ int runScan(Arguments& arguments) {
     }
     if (!result) {
         std::cerr << "dorvik-cli: could not scan " << root << "\n";
+        return 1;
+    }
+    if (savePath && !ScanArchive::write(*result, *target, *savePath)) {
+        std::cerr << "dorvik-cli: could not write the archive " << *savePath << "\n";
         return 1;
     }
     const std::optional<Recording> recording =

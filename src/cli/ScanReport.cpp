@@ -1,5 +1,6 @@
 #include "cli/ScanReport.h"
 
+#include "cli/Commands.h"
 #include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 #include <sstream>
 
 namespace dorvik::cli {
@@ -158,6 +160,18 @@ nlohmann::json scanReportJson(const ScanResult& scan, size_t top) {
         {"largestFolders", pathRows(largestFolders(scan, top))},
         {"largestFiles", pathRows(largestFiles(scan, top))},
     };
+}
+
+} // namespace dorvik::cli
+
+namespace dorvik::cli {
+
+void printScanReport(const ScanResult& scan, size_t top, bool json) {
+    if (json) {
+        printJson(std::cout, scanReportJson(scan, top));
+    } else {
+        std::cout << scanReportText(scan, top);
+    }
 }
 
 } // namespace dorvik::cli

@@ -23,4 +23,7 @@ std::string scanReportText(const ScanResult& scan, size_t top);
 
 nlohmann::json scanReportJson(const ScanResult& scan, size_t top);
 
+// The report on standard output, as text or as JSON.
+void printScanReport(const ScanResult& scan, size_t top, bool json);
+
 } // namespace dorvik::cli

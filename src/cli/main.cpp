@@ -15,8 +15,10 @@ namespace {
 
 constexpr std::array commands = {
     Command{"scan",
-            "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json] [--record]",
+            "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json] [--record] "
+            "[--save FILE]",
             runScan},
+    Command{"load", "load FILE [--top N] [--json]", runLoad},
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
 };
 

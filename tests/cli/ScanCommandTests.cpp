@@ -80,5 +80,33 @@ TEST(ScanCommand, TextReportNamesTheRootAndTheLargest) {
     EXPECT_NE(run.out.find(dir / "photos/a.jpg"), std::string::npos) << run.out;
 }
 
+TEST(ScanCommand, SavedArchiveLoadsToTheSameReport) {
+    test::TempDir dir;
+    test::writeFile(dir / "tree/a/big.iso", 2 << 20);
+    test::writeFile(dir / "tree/b/small.txt", 10);
+    const std::string archive = dir / "saved.dvscan";
+    const CliRun scanned = cli("scan --json --save '" + archive + "' '" + (dir / "tree") + "'");
+    ASSERT_EQ(scanned.status, 0);
+    const CliRun loaded = cli("load --json '" + archive + "'");
+    ASSERT_EQ(loaded.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(loaded.out), nlohmann::json::parse(scanned.out));
+
+    test::writeFile(dir / "junk.dvscan", 5000);
+    const struct {
+        std::string words;
+        std::string message;
+    } failures[] = {
+        {"load '" + (dir / "junk.dvscan") + "'", "not a Dorvik scan archive"},
+        {"load '" + (dir / "absent.dvscan") + "'", "no such file"},
+        {"load", "give the archive"},
+        {"scan --save", "--save needs a value"},
+    };
+    for (const auto& [words, message] : failures) {
+        const CliRun run = cli(words, true);
+        EXPECT_EQ(run.status, 2) << words;
+        EXPECT_NE(run.out.find(message), std::string::npos) << words << "\n" << run.out;
+    }
+}
+
 } // namespace
 } // namespace dorvik
