@@ -1,0 +1,296 @@
+#include "state/AppState.h"
+
+#include "scanning/MarkRemoved.h"
+#include "scanning/ScanArchive.h"
+#include "scanning/Scanner.h"
+#include "state/Settings.h"
+#include "system/FullDiskAccess.h"
+#include "trends/ScanSnapshot.h"
+
+#include <QThreadPool>
+
+#include <chrono>
+#include <future>
+
+namespace dorvik {
+
+namespace {
+
+double now() {
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+QString key(const char* name) {
+    return QString::fromLatin1(name);
+}
+
+} // namespace
+
+AppState::AppState(AppStateOptions options, QObject* parent)
+    : QObject(parent), options_(std::move(options)),
+      settings_(key(settingsOrganisation), key(settingsApplication)),
+      relay_(std::make_shared<MainThreadRelay<AppState>>(this)) {
+    if (!options_.accessProbe) {
+        options_.accessProbe = [] { return dorvik::hasFullDiskAccess(); };
+    }
+    volume_ = volumeInfo("/");
+    hasFullDiskAccess_ = probeAccess();
+    archiveTimer_.setSingleShot(true);
+    archiveTimer_.setInterval(options_.archiveDelay);
+    connect(&archiveTimer_, &QTimer::timeout, this, [this] {
+        if (!scan_) {
+            return;
+        }
+        // The result shares the tree; the write reads it on a worker while pages carry on.
+        QThreadPool::globalInstance()->start(
+            [scan = *scan_, target = scanTarget_, path = ScanArchive::defaultPath()] {
+                ScanArchive::write(scan, target, path);
+            });
+    });
+    applyLaunchSettings();
+}
+
+AppState::~AppState() {
+    relay_->detach();
+    if (scanner_) {
+        scanner_->cancel();
+    }
+}
+
+void AppState::applyLaunchSettings() {
+    const QString initial = settings_.value(key(SettingKeys::initialSection)).toString();
+    if (const auto section = appSectionFromRaw(initial.toStdString())) {
+        section_ = *section;
+    }
+    const QString autoScan = settings_.value(key(SettingKeys::autoScan)).toString();
+    if (autoScan == QLatin1String("home")) {
+        startScan(ScanTarget::home());
+    } else if (autoScan == QLatin1String("disk")) {
+        startScan(ScanTarget::wholeDisk());
+    } else if (autoScan.startsWith(QLatin1Char('/'))) {
+        startScan(ScanTarget::folder(autoScan.toStdString()));
+    } else {
+        restoreLastScan();
+    }
+}
+
+void AppState::setSection(AppSection section) {
+    if (section_ != section) {
+        section_ = section;
+        emit sectionChanged();
+    }
+}
+
+void AppState::setExplorerStack(std::vector<FileNodePtr> stack) {
+    explorerStack_ = std::move(stack);
+    emit explorerStackChanged();
+}
+
+void AppState::setShowAccessOnboarding(bool shown) {
+    if (showAccessOnboarding_ != shown) {
+        showAccessOnboarding_ = shown;
+        emit showAccessOnboardingChanged();
+    }
+}
+
+QString AppState::excludedRaw() const {
+    return settings_.value(key(SettingKeys::excludedPaths)).toString();
+}
+
+void AppState::setExcludedRaw(const QString& raw) {
+    settings_.setValue(key(SettingKeys::excludedPaths), raw);
+    emit settingsChanged();
+}
+
+std::vector<std::string> AppState::excludedPaths() const {
+    std::vector<std::string> paths;
+    for (const QString& line : excludedRaw().split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        paths.push_back(line.toStdString());
+    }
+    return paths;
+}
+
+bool AppState::permanentDelete() const {
+    return settings_.value(key(SettingKeys::permanentDelete), false).toBool();
+}
+
+void AppState::setPermanentDelete(bool permanent) {
+    settings_.setValue(key(SettingKeys::permanentDelete), permanent);
+    emit settingsChanged();
+}
+
+bool AppState::accessOnboardingSkipped() const {
+    return settings_.value(key(SettingKeys::accessOnboardingSkipped), false).toBool();
+}
+
+void AppState::setAccessOnboardingSkipped(bool skipped) {
+    settings_.setValue(key(SettingKeys::accessOnboardingSkipped), skipped);
+    emit settingsChanged();
+}
+
+bool AppState::probeAccess() const {
+    return options_.accessProbe();
+}
+
+void AppState::setIsScanning(bool scanning) {
+    if (isScanning_ != scanning) {
+        isScanning_ = scanning;
+        emit isScanningChanged();
+    }
+}
+
+void AppState::setHasFullDiskAccess(bool access) {
+    if (hasFullDiskAccess_ != access) {
+        hasFullDiskAccess_ = access;
+        emit hasFullDiskAccessChanged();
+    }
+}
+
+void AppState::startScan(std::optional<ScanTarget> target) {
+    if (target && *target != scanTarget_) {
+        scanTarget_ = *target;
+        emit scanTargetChanged();
+    }
+    if (scanTarget_.kind() != ScanTarget::Kind::folder && !probeAccess() &&
+        !accessOnboardingSkipped()) {
+        setShowAccessOnboarding(true);
+        return;
+    }
+    if (scanner_) {
+        scanner_->cancel();
+    }
+    auto scanner = std::make_shared<Scanner>();
+    scanner_ = scanner;
+    setIsScanning(true);
+    progress_ = {};
+    emit progressChanged();
+    setHasFullDiskAccess(probeAccess());
+
+    const std::string rootPath = scanTarget_.rootPath();
+    const std::vector<std::string> excludedList = excludedPaths();
+    std::set<std::string> excluded(excludedList.begin(), excludedList.end());
+    QThreadPool::globalInstance()->start([relay = relay_, scanner, rootPath,
+                                          excluded = std::move(excluded), target = scanTarget_,
+                                          archivePath = ScanArchive::defaultPath()] {
+        auto result = scanner->scan(
+            rootPath, excluded, [&relay](int64_t files, int64_t bytes, const std::string& path) {
+                relay->post([files, bytes, path](AppState& state) {
+                    state.progress_ = {files, bytes, path};
+                    emit state.progressChanged();
+                });
+            });
+        std::optional<ScanSnapshot> snapshot;
+        if (result) {
+            snapshot = makeScanSnapshot(*result, now());
+        }
+        // The main thread takes the result first; the archive is written only after it did.
+        auto handedOver = std::make_shared<std::promise<void>>();
+        std::future<void> done = handedOver->get_future();
+        const bool posted =
+            relay->post([scanner, result, snapshot, handedOver](AppState& state) mutable {
+                state.finishScan(scanner, std::move(result), std::move(snapshot));
+                handedOver->set_value();
+            });
+        if (!posted) {
+            return;
+        }
+        while (done.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready) {
+            if (!relay->isAttached()) {
+                return;
+            }
+        }
+        if (result && !scanner->isCancelled()) {
+            ScanArchive::write(*result, target, archivePath);
+        }
+    });
+}
+
+void AppState::finishScan(const std::shared_ptr<Scanner>& scanner, std::optional<ScanResult> result,
+                          std::optional<ScanSnapshot> snapshot) {
+    if (scanner_ != scanner) {
+        return; // superseded or cancelled: it leaves no trace
+    }
+    setIsScanning(false);
+    if (result) {
+        adoptScan(std::move(*result));
+        if (snapshot) {
+            trends_.record(std::move(*snapshot));
+        }
+    }
+    refreshVolume();
+    trends_.recordSample(volume_, now());
+}
+
+void AppState::adoptScan(ScanResult result) {
+    scan_ = std::move(result);
+    explorerStack_ = {scan_->root};
+    ++revision_;
+    emit scanChanged();
+    emit explorerStackChanged();
+    emit revisionChanged();
+}
+
+void AppState::refreshVolume() {
+    volume_ = volumeInfo("/");
+    emit volumeChanged();
+}
+
+void AppState::cancelScan() {
+    if (scanner_) {
+        scanner_->cancel();
+        scanner_.reset();
+    }
+    setIsScanning(false);
+}
+
+void AppState::restoreLastScan() {
+    isRestoringScan_ = true;
+    emit isRestoringScanChanged();
+    QThreadPool::globalInstance()->start([relay = relay_, path = ScanArchive::defaultPath()] {
+        auto archived = ScanArchive::read(path);
+        relay->post([archived = std::move(archived)](AppState& state) mutable {
+            state.isRestoringScan_ = false;
+            emit state.isRestoringScanChanged();
+            // A scan the user started meanwhile wins over the archive.
+            if (!archived || state.scan_ || state.isScanning_) {
+                return;
+            }
+            if (archived->target != state.scanTarget_) {
+                state.scanTarget_ = archived->target;
+                emit state.scanTargetChanged();
+            }
+            state.adoptScan(std::move(archived->scan));
+        });
+    });
+}
+
+void AppState::revealNode(const FileNodePtr& node) {
+    if (node == nullptr) {
+        return;
+    }
+    FileNodePtr folder = node->isDirectory ? node : node->parent.lock();
+    std::vector<FileNodePtr> stack;
+    for (; folder != nullptr; folder = folder->parent.lock()) {
+        stack.insert(stack.begin(), folder);
+    }
+    setExplorerStack(std::move(stack));
+    setSection(AppSection::explorer);
+}
+
+void AppState::markRemoved(const std::set<std::string>& removedPaths) {
+    if (!scan_ || removedPaths.empty()) {
+        return;
+    }
+    dorvik::markRemoved(*scan_, removedPaths);
+    ++revision_;
+    emit scanChanged();
+    emit revisionChanged();
+    scheduleArchive();
+}
+
+void AppState::scheduleArchive() {
+    archiveTimer_.start();
+}
+
+} // namespace dorvik

@@ -1,0 +1,131 @@
+#pragma once
+
+// The one central object of the program. It lives on the main thread for the whole run, owns the
+// scan in force and the services, starts, cancels and restores scans, and tells observers of
+// every change through its signals. It knows no page; pages read it and ask it to act.
+
+#include "scanning/ScanResult.h"
+#include "scanning/ScanTarget.h"
+#include "state/AppSection.h"
+#include "state/MainThreadRelay.h"
+#include "system/VolumeInfo.h"
+#include "trends/ScanSnapshot.h"
+#include "trends/TrendStore.h"
+
+#include <QObject>
+#include <QSettings>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace dorvik {
+
+class Scanner;
+
+struct AppStateOptions {
+    // Whether the program may read the whole disk; tests answer for the system.
+    std::function<bool()> accessProbe;
+    // The quiet time after the last removal before the archive is rewritten.
+    std::chrono::milliseconds archiveDelay{3000};
+};
+
+class AppState : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AppState(AppStateOptions options = {}, QObject* parent = nullptr);
+    ~AppState() override;
+
+    AppSection section() const { return section_; }
+    void setSection(AppSection section);
+
+    const ScanTarget& scanTarget() const { return scanTarget_; }
+    bool isScanning() const { return isScanning_; }
+    bool isRestoringScan() const { return isRestoringScan_; }
+    const ScanProgressSnapshot& progress() const { return progress_; }
+    const std::optional<ScanResult>& scan() const { return scan_; }
+    // Counts the changes of the tree; derived lists key their caches on it.
+    int revision() const { return revision_; }
+    const std::optional<VolumeInfo>& volume() const { return volume_; }
+    // The folders from the root down to the one open in the explorer.
+    const std::vector<FileNodePtr>& explorerStack() const { return explorerStack_; }
+    void setExplorerStack(std::vector<FileNodePtr> stack);
+    bool hasFullDiskAccess() const { return hasFullDiskAccess_; }
+    bool showAccessOnboarding() const { return showAccessOnboarding_; }
+    void setShowAccessOnboarding(bool shown);
+
+    // Settings, stored as they change.
+    QString excludedRaw() const;
+    void setExcludedRaw(const QString& raw);
+    // The excluded folders, one canonical path a line of excludedRaw.
+    std::vector<std::string> excludedPaths() const;
+    bool permanentDelete() const;
+    void setPermanentDelete(bool permanent);
+    bool accessOnboardingSkipped() const;
+    void setAccessOnboardingSkipped(bool skipped);
+
+    TrendStore& trends() { return trends_; }
+
+    // Starts a scan of `target`, or of the current target. A whole-disk or home scan without
+    // access asks first (showAccessOnboarding) unless the user declined before.
+    void startScan(std::optional<ScanTarget> target = std::nullopt);
+    void cancelScan();
+    // Opens the explorer at the node's folder (its parent for a file).
+    void revealNode(const FileNodePtr& node);
+    // After a removal: marks the paths that are gone and rewrites the archive a little later.
+    void markRemoved(const std::set<std::string>& removedPaths);
+    // Rewrites the archive once things have been quiet for the archive delay.
+    void scheduleArchive();
+
+signals:
+    void sectionChanged();
+    void scanTargetChanged();
+    void isScanningChanged();
+    void isRestoringScanChanged();
+    void progressChanged();
+    void scanChanged();
+    void revisionChanged();
+    void volumeChanged();
+    void explorerStackChanged();
+    void hasFullDiskAccessChanged();
+    void showAccessOnboardingChanged();
+    void settingsChanged();
+
+private:
+    void applyLaunchSettings();
+    void restoreLastScan();
+    void finishScan(const std::shared_ptr<Scanner>& scanner, std::optional<ScanResult> result,
+                    std::optional<ScanSnapshot> snapshot);
+    void adoptScan(ScanResult result);
+    void refreshVolume();
+    void setIsScanning(bool scanning);
+    void setHasFullDiskAccess(bool access);
+    bool probeAccess() const;
+
+    AppStateOptions options_;
+    QSettings settings_;
+    std::shared_ptr<MainThreadRelay<AppState>> relay_;
+    TrendStore trends_;
+    QTimer archiveTimer_;
+
+    AppSection section_ = AppSection::smartClean;
+    ScanTarget scanTarget_ = ScanTarget::wholeDisk();
+    bool isScanning_ = false;
+    bool isRestoringScan_ = false;
+    ScanProgressSnapshot progress_;
+    std::optional<ScanResult> scan_;
+    int revision_ = 0;
+    std::optional<VolumeInfo> volume_;
+    std::vector<FileNodePtr> explorerStack_;
+    bool hasFullDiskAccess_ = false;
+    bool showAccessOnboarding_ = false;
+    std::shared_ptr<Scanner> scanner_;
+};
+
+} // namespace dorvik
