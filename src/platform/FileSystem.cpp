@@ -1,5 +1,7 @@
 #include "platform/FileSystem.h"
 
+#include <cstring>
+#include <dirent.h>
 #include <sys/stat.h>
 
 namespace dorvik::platform {
@@ -12,6 +14,29 @@ bool pathExists(const std::string& path) {
 bool isDirectory(const std::string& path) {
     struct stat st {};
     return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
+    DIR* folder = opendir(path.c_str());
+    if (folder == nullptr) {
+        return std::nullopt;
+    }
+    std::vector<std::string> names;
+    while (const dirent* entry = readdir(folder)) {
+        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+            names.emplace_back(entry->d_name);
+        }
+    }
+    closedir(folder);
+    return names;
+}
+
+std::optional<double> modificationTime(const std::string& path) {
+    struct stat st {};
+    if (lstat(path.c_str(), &st) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(st.st_mtim.tv_sec) + static_cast<double>(st.st_mtim.tv_nsec) / 1e9;
 }
 
 } // namespace dorvik::platform
