@@ -1,6 +1,7 @@
 #include "cli/Arguments.h"
 
 #include <charconv>
+#include <filesystem>
 
 namespace dorvik::cli {
 
@@ -18,6 +19,14 @@ int64_t Arguments::number(const std::string& option, int64_t minimum) {
     if (error != std::errc() || end != text.data() + text.size() || result < minimum) {
         throw UsageError(option + " takes a whole number of at least " + std::to_string(minimum) +
                          ", not \"" + text + "\"");
+    }
+    return result;
+}
+
+std::string normalisedPath(const std::string& path) {
+    std::string result = std::filesystem::absolute(path).lexically_normal().string();
+    while (result.size() > 1 && result.back() == '/') {
+        result.pop_back();
     }
     return result;
 }

@@ -38,4 +38,8 @@ private:
     size_t next_ = 0;
 };
 
+// A path from the command line made absolute and without "." or ".." or a trailing "/", so that it
+// is compared in the form the program produces. Links are not followed.
+std::string normalisedPath(const std::string& path);
+
 } // namespace dorvik::cli

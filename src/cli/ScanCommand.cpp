@@ -9,23 +9,12 @@
 
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
 #include <iostream>
 #include <set>
 
 namespace dorvik::cli {
 
 namespace {
-
-// Absolute and without "." or ".." or a trailing "/", so that the root and the exclusions are
-// compared in the form the walk produces.
-std::string normalisedPath(const std::string& path) {
-    std::string result = std::filesystem::absolute(path).lexically_normal().string();
-    while (result.size() > 1 && result.back() == '/') {
-        result.pop_back();
-    }
-    return result;
-}
 
 // One line of live progress on a terminal, rewritten in place.
 void showProgress(int64_t files, int64_t bytes, const std::string& path) {

@@ -16,6 +16,8 @@ namespace {
 constexpr std::array commands = {
     Command{"scan", "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json]",
             runScan},
+    Command{"verdict", "verdict [--json] PATH...", runVerdict},
+    Command{"junk", "junk [--json]", runJunk},
 };
 
 void printUsage(std::ostream& out) {
