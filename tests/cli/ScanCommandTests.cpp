@@ -1,36 +1,16 @@
 // dorvik-cli scan as a script sees it: exit statuses, messages and the JSON document.
 
+#include "CliRun.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/wait.h>
-
 namespace dorvik {
 namespace {
 
-struct CliRun {
-    int status = -1;
-    std::string out;
-};
-
-// Runs dorvik-cli with the words given (already quoted for the shell); standard error is
-// sent to standard output so that messages can be checked too.
-CliRun cli(const std::string& words, bool mergeErrors = false) {
-    const std::string command =
-        std::string(DORVIK_CLI) + " " + words + (mergeErrors ? " 2>&1" : " 2>/dev/null");
-    FILE* pipe = popen(command.c_str(), "r");
-    CliRun run;
-    char buffer[4096];
-    size_t got = 0;
-    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) {
-        run.out.append(buffer, got);
-    }
-    const int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
-}
+using test::cli;
+using test::CliRun;
 
 TEST(ScanCommand, BadInputExitsWithStatusTwoAndSaysWhy) {
     test::TempDir dir;
