@@ -20,6 +20,8 @@ struct Command {
 int runScan(Arguments& arguments);
 int runTrends(Arguments& arguments);
 int runLoad(Arguments& arguments);
+int runVerdict(Arguments& arguments);
+int runJunk(Arguments& arguments);
 
 // Prints a JSON document the way every command does: invalid UTF-8 in paths is replaced.
 void printJson(std::ostream& out, const nlohmann::json& document);

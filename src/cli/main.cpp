@@ -20,6 +20,8 @@ constexpr std::array commands = {
             runScan},
     Command{"load", "load FILE [--top N] [--json]", runLoad},
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
+    Command{"verdict", "verdict [--json] PATH...", runVerdict},
+    Command{"junk", "junk [--json]", runJunk},
 };
 
 void printUsage(std::ostream& out) {

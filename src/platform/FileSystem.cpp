@@ -1,6 +1,7 @@
 #include "platform/FileSystem.h"
 
 #include <cerrno>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,16 +29,35 @@ bool canOpenForReading(const std::string& path) {
 }
 
 bool canListFolder(const std::string& path) {
+    return directoryEntries(path).has_value();
+}
+
+std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
     DIR* folder = opendir(path.c_str());
     if (folder == nullptr) {
-        return false;
+        return std::nullopt;
     }
+    std::vector<std::string> names;
     errno = 0;
-    while (readdir(folder) != nullptr) {
+    while (const dirent* entry = readdir(folder)) {
+        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0) {
+            names.emplace_back(entry->d_name);
+        }
     }
     const bool complete = errno == 0;
     closedir(folder);
-    return complete;
+    if (!complete) {
+        return std::nullopt;
+    }
+    return names;
+}
+
+std::optional<double> modificationTime(const std::string& path) {
+    struct stat st {};
+    if (lstat(path.c_str(), &st) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(st.st_mtim.tv_sec) + static_cast<double>(st.st_mtim.tv_nsec) / 1e9;
 }
 
 } // namespace dorvik::platform

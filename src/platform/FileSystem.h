@@ -2,7 +2,9 @@
 
 // Small questions about paths that the core asks of the file system.
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace dorvik::platform {
 
@@ -17,5 +19,13 @@ bool canOpenForReading(const std::string& path);
 
 // True if the folder's entries can be read to the end.
 bool canListFolder(const std::string& path);
+
+// The names in a folder, hidden ones included and "." and ".." left out, in the order the file
+// system gives them. None when the folder cannot be listed.
+std::optional<std::vector<std::string>> directoryEntries(const std::string& path);
+
+// The content modification time of the entry itself (a symbolic link is not followed), in
+// seconds since 1970 with the fraction; none when it cannot be read.
+std::optional<double> modificationTime(const std::string& path);
 
 } // namespace dorvik::platform

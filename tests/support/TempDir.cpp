@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -93,6 +94,16 @@ void makeHardLink(const std::string& existing, const std::string& link) {
 
 void makeSymlink(const std::string& target, const std::string& link) {
     check(::symlink(target.c_str(), link.c_str()) == 0, "symlink " + link);
+}
+
+void setModificationTime(const std::string& path, double seconds) {
+    // The C library's seconds-and-nanoseconds record, as utimensat takes it.
+    using Time = decltype(stat::st_mtim);
+    Time time{};
+    time.tv_sec = static_cast<time_t>(std::floor(seconds));
+    time.tv_nsec = static_cast<long>(std::lround((seconds - std::floor(seconds)) * 1e9));
+    const Time times[2] = {time, time};
+    check(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0, "utimensat " + path);
 }
 
 int64_t allocatedBytes(const std::string& path) {

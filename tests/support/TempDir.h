@@ -34,6 +34,10 @@ void writeSparseFile(const std::string& path, int64_t length);
 void makeHardLink(const std::string& existing, const std::string& link);
 void makeSymlink(const std::string& target, const std::string& link);
 
+// Sets the entry's modification time (and access time) to `seconds` since 1970, fraction kept; a
+// symbolic link itself is changed, not its target.
+void setModificationTime(const std::string& path, double seconds);
+
 // Allocated bytes of one entry as the system reports them (512 × st_blocks, not following links).
 int64_t allocatedBytes(const std::string& path);
 

@@ -1,0 +1,118 @@
+#include "cleaning/JunkFinder.h"
+#include "cli/Commands.h"
+#include "platform/Terminal.h"
+#include "scanning/ScanPaths.h"
+#include "system/TextForms.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+
+namespace dorvik::cli {
+
+namespace {
+
+// As on the Junk page: a rule lists this many of its items, then how many more there are.
+constexpr size_t shownItemsPerRule = 300;
+
+// The findings by group, in the order of the groups; within a group in the finder's order.
+std::vector<JunkFinding> groupedFindings(std::vector<JunkFinding> findings) {
+    std::ranges::stable_sort(findings, [](const JunkFinding& a, const JunkFinding& b) {
+        return a.rule.group < b.rule.group;
+    });
+    return findings;
+}
+
+std::string_view removalText(Removal removal) {
+    return removal == Removal::trash ? "Moved to Trash" : "Deleted immediately";
+}
+
+void printText(const std::vector<JunkFinding>& findings) {
+    if (findings.empty()) {
+        std::cout << "No junk found.\n";
+        return;
+    }
+    int64_t totalBytes = 0;
+    int64_t totalItems = 0;
+    std::optional<JunkGroup> group;
+    for (const JunkFinding& finding : findings) {
+        if (finding.rule.group != group) {
+            group = finding.rule.group;
+            std::cout << info(*group).title << "\n";
+        }
+        const int64_t bytes = totalSize(finding);
+        const auto count = static_cast<int64_t>(finding.items.size());
+        totalBytes += bytes;
+        totalItems += count;
+        std::cout << "  " << finding.rule.title << ": " << TextForms::size(bytes) << ", "
+                  << TextForms::count(count) << " items (" << info(finding.rule.risk).label << ", "
+                  << removalText(finding.rule.removal) << ")\n";
+        const size_t shown = std::min(finding.items.size(), shownItemsPerRule);
+        for (size_t index = 0; index < shown; ++index) {
+            const JunkItem& item = finding.items[index];
+            std::cout << "    " << std::setw(10) << TextForms::size(item.size) << "  "
+                      << displayPath(item.url) << "\n";
+        }
+        if (finding.items.size() > shown) {
+            std::cout << "    " << TextForms::count(count - static_cast<int64_t>(shown))
+                      << " more\n";
+        }
+    }
+    std::cout << "Total: " << TextForms::size(totalBytes) << ", " << TextForms::count(totalItems)
+              << " items\n";
+}
+
+nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
+    nlohmann::json list = nlohmann::json::array();
+    for (const JunkFinding& finding : findings) {
+        nlohmann::json items = nlohmann::json::array();
+        for (const JunkItem& item : finding.items) {
+            items.push_back({
+                {"path", item.url},
+                {"size", item.size},
+                {"fileCount", item.fileCount},
+                {"modified", item.modified ? nlohmann::json(*item.modified) : nlohmann::json()},
+            });
+        }
+        list.push_back({
+            {"rule", finding.rule.id},
+            {"title", finding.rule.title},
+            {"risk", info(finding.rule.risk).caseName},
+            {"removal", caseName(finding.rule.removal)},
+            {"items", std::move(items)},
+        });
+    }
+    return {{"findings", std::move(list)}};
+}
+
+} // namespace
+
+int runJunk(Arguments& arguments) {
+    bool json = false;
+    while (!arguments.done()) {
+        const std::string word = arguments.take();
+        if (word == "--json") {
+            json = true;
+        } else {
+            throw UsageError("unknown word " + word);
+        }
+    }
+    const bool live = platform::standardErrorIsTerminal();
+    if (live) {
+        std::cerr << "Searching\u2026" << std::flush;
+    }
+    const std::vector<JunkFinding> findings = groupedFindings(JunkFinder::findAll());
+    if (live) {
+        std::cerr << "\r\033[K" << std::flush;
+    }
+    if (json) {
+        printJson(std::cout, findingsJson(findings));
+    } else {
+        printText(findings);
+    }
+    return 0;
+}
+
+} // namespace dorvik::cli

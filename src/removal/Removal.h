@@ -1,0 +1,18 @@
+#pragma once
+
+// How an item goes: deleted at once, or moved to the Trash where it can be put back.
+
+#include <cstdint>
+#include <string_view>
+
+namespace dorvik {
+
+enum class Removal : uint8_t {
+    permanent = 0,
+    trash = 1,
+};
+
+// "permanent" or "trash".
+std::string_view caseName(Removal removal);
+
+} // namespace dorvik

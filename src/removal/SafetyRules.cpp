@@ -1,0 +1,228 @@
+#include "removal/SafetyRules.h"
+
+#include "cleaning/JunkCatalogue.h"
+#include "platform/Bundle.h"
+#include "platform/HomeDirectory.h"
+#include "platform/RunningApplications.h"
+#include "scanning/ScanPaths.h"
+
+#include <algorithm>
+#include <array>
+
+namespace dorvik::SafetyRules {
+
+namespace {
+
+constexpr std::array<ProtectedPath, 23> systemPaths = {{
+    {"/System", "Part of macOS, protected by System Integrity Protection (SIP)."},
+    {"/bin", "Core macOS tools."},
+    {"/sbin", "Core macOS tools."},
+    {"/usr/bin", "macOS tools."},
+    {"/usr/lib", "macOS libraries."},
+    {"/usr/libexec", "macOS components."},
+    {"/usr/sbin", "macOS tools."},
+    {"/usr/share", "macOS data."},
+    {"/private/var/db", "System databases (security, updates, users)."},
+    {"/private/var/vm", "Virtual memory and sleep image. macOS manages them on its own."},
+    {"/private/var/protected", "Protected system data."},
+    {"/private/etc", "System configuration."},
+    {"/Library/Apple", "Apple components."},
+    {"/Library/Keychains", "System keychains: passwords and certificates."},
+    {"/Library/Security", "Security components."},
+    {"/Library/Extensions", "Kernel extensions. Deleting them can stop your Mac from starting up."},
+    {"/Library/SystemExtensions", "System extensions in use."},
+    {"/Library/Preferences/SystemConfiguration", "Network and system configuration."},
+    {"/Library/Application Support/com.apple.TCC", "Privacy and permissions database."},
+    {"/.Spotlight-V100", "Spotlight index. To rebuild it, use System Settings > Spotlight."},
+    {"/.fseventsd", "File system change log."},
+    {"/.DocumentRevisions-V100", "Document versions managed by macOS."},
+    {"/MobileSoftwareUpdate", "macOS updates in progress."},
+}};
+
+constexpr std::array<ProtectedPath, 13> homePaths = {{
+    {"Library/Keychains", "Your keychains: passwords, keys and certificates."},
+    {"Library/Mail", "Your Mail mailboxes. Manage your email from the Mail app."},
+    {"Library/Messages", "Your Messages history."},
+    {"Library/Accounts", "Accounts set up on this Mac."},
+    {"Library/Cookies", "Browser sessions."},
+    {"Library/Group Containers/group.com.apple", "Data shared by Apple apps."},
+    {"Library/Containers/com.apple", "Apple app data."},
+    {"Library/Application Support/AddressBook", "Your contacts."},
+    {"Library/Calendars", "Your calendars."},
+    {"Library/Safari", "Safari history, bookmarks and tabs."},
+    {"Library/Preferences", "App settings. Deleting them resets the apps."},
+    {"Library/Mobile Documents",
+     "iCloud Drive files. Deleting them here deletes them on all your devices."},
+    {"Library/CloudStorage", "Synced files (Dropbox, Google Drive, OneDrive\u2026). They would "
+                             "also be deleted from the cloud."},
+}};
+
+// The one home row that asks for review rather than protecting.
+constexpr std::string_view reviewedHomePrefix = "Library/Preferences";
+
+constexpr std::array<std::string_view, 9> homeFolders = {
+    "Desktop", "Documents", "Downloads", "Library",      "Movies",
+    "Music",   "Pictures",  "Public",    "Applications",
+};
+
+constexpr std::array<std::string_view, 8> markers = {
+    ".photoslibrary/", ".photolibrary/",  ".musiclibrary/", ".tvlibrary/",
+    ".fcpbundle/",     ".imovielibrary/", ".app/",          ".logicx/",
+};
+
+constexpr std::string_view rootReason = "Root folder of the system or your user account.";
+constexpr std::string_view ruleFolderReason =
+    "Folder used by macOS. Dorvik empties its contents but keeps the folder.";
+constexpr std::string_view standardFolderReason =
+    "Standard folder in your user account. You can delete its contents, but not the folder.";
+constexpr std::string_view applicationReason = "Application. Use Uninstall to remove its data too.";
+
+SafetyVerdict answer(Risk risk, std::string_view reason) {
+    return SafetyVerdict{risk, std::string(reason)};
+}
+
+// `path` is `folder` itself or lies below it.
+bool isAtOrUnder(std::string_view path, std::string_view folder) {
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+size_t pieceCount(std::string_view path) {
+    size_t count = 0;
+    bool inPiece = false;
+    for (char ch : path) {
+        if (ch == '/') {
+            inPiece = false;
+        } else if (!inPiece) {
+            inPiece = true;
+            ++count;
+        }
+    }
+    return count;
+}
+
+std::optional<SafetyVerdict> homeVerdict(std::string_view relative) {
+    if (std::ranges::find(homeFolders, relative) != homeFolders.end()) {
+        return answer(Risk::protected_, standardFolderReason);
+    }
+    for (const ProtectedPath& row : homePaths) {
+        if (relative.starts_with(row.path) &&
+            (relative.size() == row.path.size() || relative[row.path.size()] == '/' ||
+             relative[row.path.size()] == '.')) {
+            const bool reviewed = row.path.starts_with(reviewedHomePrefix);
+            return answer(reviewed ? Risk::review : Risk::protected_, row.reason);
+        }
+    }
+    return std::nullopt;
+}
+
+SafetyVerdict applicationVerdict(std::string_view input, std::string_view path) {
+    if (path.starts_with("/System/")) {
+        return answer(Risk::protected_, "macOS app.");
+    }
+    const auto identifier = platform::bundleIdentifier(std::string(input));
+    if (!identifier) {
+        return answer(Risk::review, applicationReason);
+    }
+    if (identifier->starts_with("com.apple.")) {
+        return answer(Risk::protected_, "Apple app included with macOS or required by the system.");
+    }
+    const std::vector<std::string> running = platform::runningApplicationIdentifiers();
+    if (std::ranges::find(running, *identifier) != running.end()) {
+        return answer(Risk::protected_, "The app is open. Quit it before removing it.");
+    }
+    if (*identifier == platform::mainBundleIdentifier) {
+        return answer(Risk::protected_, "This is Dorvik.");
+    }
+    return answer(Risk::review, applicationReason);
+}
+
+} // namespace
+
+SafetyVerdict verdict(std::string_view input) {
+    // Judged without the data volume's prefix, as the user knows the path.
+    const std::string path = canonicalPath(input);
+    const std::string home = platform::homeDirectory();
+    const std::string homePrefix = home + "/";
+
+    if (path == "/" || path == home || path == "/Users" || path == "/Applications" ||
+        path == "/Library") {
+        return answer(Risk::protected_, rootReason);
+    }
+    if (pieceCount(path) < 2) {
+        return answer(Risk::protected_, rootReason);
+    }
+    for (const ProtectedPath& row : systemPaths) {
+        if (isAtOrUnder(path, row.path)) {
+            return answer(Risk::protected_, row.reason);
+        }
+    }
+    for (const JunkRule& rule : JunkCatalogue::rules()) {
+        if (path == ruleFolder(rule, home)) {
+            return answer(Risk::protected_, ruleFolderReason);
+        }
+    }
+    if (path == home + "/.Trash") {
+        return answer(Risk::protected_, ruleFolderReason);
+    }
+    if (const JunkRule* rule = JunkCatalogue::ruleCovering(path, home)) {
+        return SafetyVerdict{rule->risk, rule->explanation};
+    }
+    if (path.starts_with(homePrefix)) {
+        if (auto found = homeVerdict(std::string_view(path).substr(homePrefix.size()))) {
+            return *found;
+        }
+    }
+    for (std::string_view marker : markers) {
+        if (path.find(marker) != std::string::npos) {
+            return SafetyVerdict{Risk::protected_,
+                                 "Inside a ." + std::string(marker.substr(1, marker.size() - 2)) +
+                                     " package. Deleting individual pieces corrupts it; remove "
+                                     "the whole package if you no longer use it."};
+        }
+    }
+    if (path.ends_with(".app")) {
+        return applicationVerdict(input, path);
+    }
+    if (path.ends_with(".photoslibrary") || path.ends_with(".musiclibrary")) {
+        return answer(Risk::protected_, "Your photo or music library. Manage it from its app.");
+    }
+    if (path.starts_with(homePrefix + "Library/")) {
+        return answer(Risk::review,
+                      "App data. The app may lose settings or content if it\u2019s still "
+                      "installed.");
+    }
+    if (path.starts_with("/Library/") || path.starts_with("/private/") ||
+        path.starts_with("/usr/") || path.starts_with("/opt/")) {
+        return answer(Risk::review,
+                      "Shared file used by the system or a tool. May require an administrator "
+                      "password.");
+    }
+    if (path.starts_with(homePrefix + "Downloads/")) {
+        return answer(Risk::safe, "Download. Make sure you don\u2019t need it.");
+    }
+    if (path.starts_with(homePrefix + ".Trash/")) {
+        return answer(Risk::safe, "Already in the Trash.");
+    }
+    if (path.starts_with(homePrefix)) {
+        return answer(Risk::review, "Personal file. Make sure you have a backup if it matters.");
+    }
+    return answer(Risk::review, "Review before deleting.");
+}
+
+std::span<const ProtectedPath> protectedSystemPaths() {
+    return systemPaths;
+}
+
+std::span<const ProtectedPath> protectedHomePaths() {
+    return homePaths;
+}
+
+std::span<const std::string_view> standardHomeFolders() {
+    return homeFolders;
+}
+
+std::span<const std::string_view> packageMarkers() {
+    return markers;
+}
+
+} // namespace dorvik::SafetyRules

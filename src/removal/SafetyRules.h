@@ -1,0 +1,39 @@
+#pragma once
+
+// The one judge of whether a path may be removed. An ordered list of tests over the path's text
+// that ends at the first test that answers; nothing else in the program keeps a list of what must
+// not be touched. Verdicts are never cached: whether an application runs changes from one call to
+// the next.
+
+#include "removal/SafetyVerdict.h"
+
+#include <span>
+#include <string_view>
+
+namespace dorvik::SafetyRules {
+
+// The verdict on an absolute path (no trailing slash by convention). The text is compared exactly,
+// case-sensitive; no link is followed and nothing is made canonical beyond taking off the data
+// volume's prefix. The file system is read only for a path ending in ".app": its Info.plist, and
+// then the list of running applications. Reads the home folder afresh each time; any thread.
+SafetyVerdict verdict(std::string_view path);
+
+struct ProtectedPath {
+    std::string_view path;
+    std::string_view reason;
+};
+
+// Absolute paths that are protected with everything under them, searched in this order.
+std::span<const ProtectedPath> protectedSystemPaths();
+
+// Paths relative to the home folder, searched in this order. Protected, except the one that
+// starts with "Library/Preferences", which asks for review.
+std::span<const ProtectedPath> protectedHomePaths();
+
+// Folders directly in the home folder that stay, though their contents may go.
+std::span<const std::string_view> standardHomeFolders();
+
+// Texts that mark a path as lying inside a package ("/.app/" …), searched in this order.
+std::span<const std::string_view> packageMarkers();
+
+} // namespace dorvik::SafetyRules

@@ -1,0 +1,49 @@
+#include "support/Bundles.h"
+
+#include <plist/plist.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace dorvik::test {
+
+namespace fs = std::filesystem;
+
+void writeInfoPlist(const std::string& bundlePath,
+                    const std::map<std::string, std::string>& entries, PlistFormat format) {
+    plist_t dictionary = plist_new_dict();
+    for (const auto& [key, value] : entries) {
+        plist_dict_set_item(dictionary, key.c_str(), plist_new_string(value.c_str()));
+    }
+    char* bytes = nullptr;
+    uint32_t length = 0;
+    if (format == PlistFormat::binary) {
+        plist_to_bin(dictionary, &bytes, &length);
+    } else {
+        plist_to_xml(dictionary, &bytes, &length);
+    }
+    plist_free(dictionary);
+    if (bytes == nullptr) {
+        throw std::runtime_error("libplist wrote nothing");
+    }
+    fs::create_directories(bundlePath + "/Contents");
+    std::ofstream(bundlePath + "/Contents/Info.plist", std::ios::binary).write(bytes, length);
+    if (format == PlistFormat::binary) {
+        plist_to_bin_free(bytes);
+    } else {
+        plist_to_xml_free(bytes);
+    }
+}
+
+std::string installExecutable(const std::string& bundlePath, const std::string& program,
+                              const std::string& name) {
+    const std::string target = bundlePath + "/Contents/MacOS/" + name;
+    fs::create_directories(bundlePath + "/Contents/MacOS");
+    fs::copy_file(program, target, fs::copy_options::overwrite_existing);
+    fs::permissions(target, fs::perms::owner_all, fs::perm_options::add);
+    return target;
+}
+
+} // namespace dorvik::test

@@ -1,0 +1,22 @@
+#pragma once
+
+// Application bundles made in temporary folders: an Info.plist, and a real executable inside.
+
+#include <map>
+#include <string>
+
+namespace dorvik::test {
+
+enum class PlistFormat { xml, binary };
+
+// Writes <bundle>/Contents/Info.plist holding these string entries; folders are created.
+void writeInfoPlist(const std::string& bundlePath,
+                    const std::map<std::string, std::string>& entries,
+                    PlistFormat format = PlistFormat::xml);
+
+// Copies the program at `program` to <bundle>/Contents/MacOS/<name>, executable, and returns that
+// path.
+std::string installExecutable(const std::string& bundlePath, const std::string& program,
+                              const std::string& name);
+
+} // namespace dorvik::test
