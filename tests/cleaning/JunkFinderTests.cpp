@@ -155,9 +155,9 @@ TEST_F(JunkFinderTest, MissingAndUnreadableFoldersFindNothing) {
     const auto itemCount = [] {
         return static_cast<int64_t>(JunkFinder::evaluate(rule("saved-state"), now).items.size());
     };
-    EXPECT_EQ(test::runUnprivileged(itemCount), 1);
+    EXPECT_EQ(test::runUnprivileged<int64_t>(itemCount), 1);
     chmod(state.c_str(), 0);
-    EXPECT_EQ(test::runUnprivileged(itemCount), 0);
+    EXPECT_EQ(test::runUnprivileged<int64_t>(itemCount), 0);
 }
 
 TEST_F(JunkFinderTest, FindAllKeepsRulesWithItemsLargestTotalFirst) {

@@ -1,14 +1,13 @@
 #include "scanning/MeasureFolder.h"
 #include "scanning/Scanner.h"
 #include "support/TempDir.h"
+#include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <grp.h>
 #include <numeric>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace dorvik {
@@ -211,7 +210,6 @@ TEST(Scanner, TotalsAgreeWithTheTree) {
     expectConsistent(scan.root);
 }
 
-// As root every folder is readable, so the scan runs in a child that has given up root.
 struct UnreadableOutcome {
     int64_t unreadable = -1;
     int64_t directories = -1;
@@ -221,41 +219,19 @@ struct UnreadableOutcome {
 };
 
 UnreadableOutcome scanWithoutPrivileges(const std::string& root, const std::string& lockedName) {
-    auto run = [&] {
-        UnreadableOutcome outcome;
-        const ScanResult scan = scanOrFail(root);
-        outcome.unreadable = scan.unreadableDirectories;
-        outcome.directories = scan.totalDirectories;
-        if (const auto locked = child(scan.root, lockedName)) {
-            outcome.flagged = locked->unreadable;
-            outcome.children = locked->children.size();
-            outcome.size = locked->size;
-        }
-        return outcome;
-    };
-    if (!test::ignoresPermissions()) {
-        return run();
-    }
-    int fds[2];
-    if (pipe(fds) != 0) {
-        return {};
-    }
-    const pid_t pid = fork();
-    if (pid == 0) {
-        close(fds[0]);
-        const bool dropped = setgroups(0, nullptr) == 0 && setgid(65534) == 0 && setuid(65534) == 0;
-        const UnreadableOutcome outcome = dropped ? run() : UnreadableOutcome{};
-        const ssize_t written = write(fds[1], &outcome, sizeof outcome);
-        _exit(written == sizeof outcome ? 0 : 1);
-    }
-    close(fds[1]);
-    UnreadableOutcome outcome;
-    const ssize_t got = read(fds[0], &outcome, sizeof outcome);
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    EXPECT_EQ(got, static_cast<ssize_t>(sizeof outcome));
-    return outcome;
+    return test::runUnprivileged<UnreadableOutcome>([&] {
+               UnreadableOutcome outcome;
+               const ScanResult scan = scanOrFail(root);
+               outcome.unreadable = scan.unreadableDirectories;
+               outcome.directories = scan.totalDirectories;
+               if (const auto locked = child(scan.root, lockedName)) {
+                   outcome.flagged = locked->unreadable;
+                   outcome.children = locked->children.size();
+                   outcome.size = locked->size;
+               }
+               return outcome;
+           })
+        .value_or(UnreadableOutcome{});
 }
 
 TEST(Scanner, UnreadableFolderKeepsItsOwnBlocksAndNoContent) {

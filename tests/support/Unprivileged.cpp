@@ -10,7 +10,8 @@
 
 namespace dorvik::test {
 
-std::optional<int64_t> runUnprivileged(const std::function<int64_t()>& work) {
+std::optional<std::vector<char>>
+runUnprivilegedBytes(const std::function<std::vector<char>()>& work) {
     if (!ignoresPermissions()) {
         return work();
     }
@@ -26,19 +27,23 @@ std::optional<int64_t> runUnprivileged(const std::function<int64_t()>& work) {
         if (!dropped) {
             _exit(1);
         }
-        const int64_t answer = work();
-        const ssize_t written = write(fds[1], &answer, sizeof answer);
-        _exit(written == sizeof answer ? 0 : 1);
+        const std::vector<char> answer = work();
+        const ssize_t written = write(fds[1], answer.data(), answer.size());
+        _exit(written == static_cast<ssize_t>(answer.size()) ? 0 : 1);
     }
     close(fds[1]);
-    int64_t answer = 0;
-    const ssize_t got = pid > 0 ? read(fds[0], &answer, sizeof answer) : -1;
+    std::vector<char> answer;
+    char buffer[4096];
+    ssize_t got = 0;
+    while (pid > 0 && (got = read(fds[0], buffer, sizeof buffer)) > 0) {
+        answer.insert(answer.end(), buffer, buffer + got);
+    }
     close(fds[0]);
     int status = 0;
     if (pid > 0) {
         waitpid(pid, &status, 0);
     }
-    if (got != static_cast<ssize_t>(sizeof answer)) {
+    if (pid <= 0 || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
         ADD_FAILURE() << "the unprivileged child did not answer";
         return std::nullopt;
     }

@@ -4,14 +4,36 @@
 // work in a child process that has given root up.
 
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <optional>
+#include <type_traits>
+#include <vector>
 
 namespace dorvik::test {
 
-// Runs `work` as an ordinary user and returns its answer: directly when this process is not root,
-// else in a forked child that has switched to the user "nobody" (65534). None, and a test failure,
-// when the child cannot report.
-std::optional<int64_t> runUnprivileged(const std::function<int64_t()>& work);
+// Runs `work` as an ordinary user and returns the bytes it answers: directly when this process
+// is not root, else in a forked child that has switched to the user "nobody" (65534). None, and a
+// test failure, when the child cannot report.
+std::optional<std::vector<char>>
+runUnprivilegedBytes(const std::function<std::vector<char>()>& work);
+
+// The same for an answer of plain data.
+template <typename Answer>
+requires std::is_trivially_copyable_v<Answer> std::optional<Answer>
+runUnprivileged(const std::function<Answer()>& work) {
+    const auto bytes = runUnprivilegedBytes([&work] {
+        const Answer answer = work();
+        std::vector<char> out(sizeof answer);
+        std::memcpy(out.data(), &answer, sizeof answer);
+        return out;
+    });
+    if (!bytes || bytes->size() != sizeof(Answer)) {
+        return std::nullopt;
+    }
+    Answer answer;
+    std::memcpy(&answer, bytes->data(), sizeof answer);
+    return answer;
+}
 
 } // namespace dorvik::test
