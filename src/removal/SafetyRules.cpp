@@ -39,6 +39,28 @@ constexpr std::array<ProtectedPath, 23> systemPaths = {{
     {"/MobileSoftwareUpdate", "macOS updates in progress."},
 }};
 
+// Where a Linux system keeps itself. The table above names the Mac's places; on Linux these are
+// their like, and the program must not be the tool that deletes them either.
+constexpr std::array<ProtectedPath, 17> linuxSystemPaths = {{
+    {"/etc", "System configuration."},
+    {"/boot", "Kernel and boot loader. Deleting them can stop the computer from starting up."},
+    {"/dev", "Live state of the running system."},
+    {"/proc", "Live state of the running system."},
+    {"/sys", "Live state of the running system."},
+    {"/run", "Live state of the running system."},
+    {"/lib", "System libraries."},
+    {"/lib32", "System libraries."},
+    {"/lib64", "System libraries."},
+    {"/libx32", "System libraries."},
+    {"/usr/lib32", "System libraries."},
+    {"/usr/lib64", "System libraries."},
+    {"/usr/include", "System headers."},
+    {"/var/lib", "Data of the system's packages and services."},
+    {"/var/spool", "Queued system work: mail, printing and scheduled jobs."},
+    {"/snap", "Installed snap packages. Remove them with snap."},
+    {"/lost+found", "Pieces recovered by a file system check."},
+}};
+
 constexpr std::array<ProtectedPath, 13> homePaths = {{
     {"Library/Keychains", "Your keychains: passwords, keys and certificates."},
     {"Library/Mail", "Your Mail mailboxes. Manage your email from the Mail app."},
@@ -151,9 +173,12 @@ SafetyVerdict verdict(std::string_view input) {
     if (pieceCount(path) < 2) {
         return answer(Risk::protected_, rootReason);
     }
-    for (const ProtectedPath& row : systemPaths) {
-        if (isAtOrUnder(path, row.path)) {
-            return answer(Risk::protected_, row.reason);
+    for (const auto& table : {std::span<const ProtectedPath>(systemPaths),
+                              std::span<const ProtectedPath>(linuxSystemPaths)}) {
+        for (const ProtectedPath& row : table) {
+            if (isAtOrUnder(path, row.path)) {
+                return answer(Risk::protected_, row.reason);
+            }
         }
     }
     for (const JunkRule& rule : JunkCatalogue::rules()) {
@@ -211,6 +236,10 @@ SafetyVerdict verdict(std::string_view input) {
 
 std::span<const ProtectedPath> protectedSystemPaths() {
     return systemPaths;
+}
+
+std::span<const ProtectedPath> protectedLinuxSystemPaths() {
+    return linuxSystemPaths;
 }
 
 std::span<const ProtectedPath> protectedHomePaths() {

@@ -26,6 +26,9 @@ struct ProtectedPath {
 // Absolute paths that are protected with everything under them, searched in this order.
 std::span<const ProtectedPath> protectedSystemPaths();
 
+// The same for the places a Linux system keeps itself (/etc, /boot, /var/lib …), searched next.
+std::span<const ProtectedPath> protectedLinuxSystemPaths();
+
 // Paths relative to the home folder, searched in this order. Protected, except the one that
 // starts with "Library/Preferences", which asks for review.
 std::span<const ProtectedPath> protectedHomePaths();

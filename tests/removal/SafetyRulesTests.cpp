@@ -96,7 +96,7 @@ TEST(SafetyRules, PathsAreJudgedByTheirText) {
          "Network and system configuration."},
         {"/.Spotlight-V100/Store-V2", guarded,
          "Spotlight index. To rebuild it, use System Settings > Spotlight."},
-        {"/etc/hosts", review, otherPath},
+        {"/etc/hosts", guarded, "System configuration."}, // where Linux keeps it
         {"/var/db/x", review, otherPath},
         {"/tmp/x", review, otherPath},
         {"/system/foo", review, otherPath},
@@ -194,9 +194,16 @@ TEST(SafetyRules, EveryTableRowAndEveryCatalogueFolder) {
     EXPECT_EQ(SafetyRules::packageMarkers().size(), 8u);
 
     std::vector<Case> cases;
-    for (const auto& row : SafetyRules::protectedSystemPaths()) {
-        cases.push_back({std::string(row.path) + "/x", guarded, std::string(row.reason)});
+    for (const auto& table :
+         {SafetyRules::protectedSystemPaths(), SafetyRules::protectedLinuxSystemPaths()}) {
+        for (const auto& row : table) {
+            cases.push_back({std::string(row.path) + "/x", guarded, std::string(row.reason)});
+        }
     }
+    cases.push_back({"/etc/passwd", guarded, "System configuration."});
+    cases.push_back(
+        {"/var/lib/dpkg/status", guarded, "Data of the system's packages and services."});
+    cases.push_back({"/etcetera/x", review, "Review before deleting."});
     for (const auto& row : SafetyRules::protectedHomePaths()) {
         const Risk risk = row.path == "Library/Preferences" ? review : guarded;
         for (const std::string tail : {"", "/x", ".backup"}) {
