@@ -11,22 +11,17 @@
 
 #include "platform/DirectoryWalk.h"
 
-#include <cerrno>
-#include <dirent.h>
-#include <fcntl.h>
+#include "platform/DirectoryListing.h"
+#include "platform/ListingPrefetcher.h"
+
+#include <algorithm>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <thread>
 #include <vector>
 
 namespace dorvik::platform {
 
 namespace {
-
-struct Child {
-    std::string name;
-    struct stat status {};
-    bool statusRead = false;
-};
 
 WalkStat walkStat(const struct stat& st) {
     return WalkStat{
@@ -54,57 +49,24 @@ WalkEntryType typeOf(const struct stat& st) {
     return WalkEntryType::otherFile;
 }
 
-bool isDotOrDotDot(const char* name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-// Lists a directory and reads the status of each entry without following links. False when
-// the directory cannot be opened or read. Reads the raw entries itself: the C library's
-// directory streams cost three more system calls a directory.
-bool listDirectory(const std::string& path, std::vector<Child>& children) {
-    const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0) {
-        return false;
-    }
-    alignas(dirent64) char buffer[32768];
-    bool ok = true;
-    while (true) {
-        const ssize_t got = getdents64(fd, buffer, sizeof buffer);
-        if (got <= 0) {
-            ok = got == 0;
-            break;
-        }
-        for (ssize_t offset = 0; offset < got;) {
-            const auto* entry = reinterpret_cast<const dirent64*>(buffer + offset);
-            offset += entry->d_reclen;
-            if (isDotOrDotDot(entry->d_name)) {
-                continue;
-            }
-            Child& child = children.emplace_back();
-            child.name = entry->d_name;
-            child.statusRead = fstatat(fd, entry->d_name, &child.status, AT_SYMLINK_NOFOLLOW) == 0;
-        }
-    }
-    close(fd);
-    return ok;
-}
-
 } // namespace
 
 struct DirectoryWalk::Handle {
     // A directory handed out in pre-order and not yet left.
     struct Frame {
-        size_t pathLength; // its path is pathBuffer's first pathLength bytes
-        size_t nameLength; // of its last component
+        size_t pathLength = 0; // its path is pathBuffer's first pathLength bytes
+        size_t nameLength = 0; // of its last component
         struct stat status {};
         long mark = 0;
         bool listed = false;
         bool skip = false;
-        std::vector<Child> children;
+        std::vector<ListedEntry> children;
         size_t nextChild = 0;
     };
 
     std::string rootPath;
+    bool listAhead = false;
+    std::unique_ptr<ListingPrefetcher> prefetcher;
     bool started = false;
     bool finished = false;
     dev_t rootDevice = 0;
@@ -121,10 +83,23 @@ struct DirectoryWalk::Handle {
         frame.status = status;
         currentMarkSlot = &frame.mark;
     }
+
+    DirectoryListing list(const std::string& path) {
+        if (!listAhead) {
+            return listDirectory(path);
+        }
+        if (prefetcher == nullptr) {
+            const unsigned helpers = std::clamp(std::thread::hardware_concurrency(), 1u, 4u);
+            prefetcher = std::make_unique<ListingPrefetcher>(rootDevice, helpers);
+        }
+        return prefetcher->take(path);
+    }
 };
 
-DirectoryWalk::DirectoryWalk(const std::string& rootPath) : handle_(std::make_unique<Handle>()) {
+DirectoryWalk::DirectoryWalk(const std::string& rootPath, WalkOptions options)
+    : handle_(std::make_unique<Handle>()) {
     handle_->rootPath = rootPath;
+    handle_->listAhead = options.listAhead;
 }
 
 DirectoryWalk::~DirectoryWalk() = default;
@@ -170,7 +145,14 @@ const WalkEntry* DirectoryWalk::next() {
         if (!top.listed) {
             top.listed = true;
             const bool enter = !top.skip && top.status.st_dev == h.rootDevice;
-            if (enter && !listDirectory(h.pathBuffer, top.children)) {
+            DirectoryListing listing;
+            if (enter) {
+                listing = h.list(h.pathBuffer);
+                top.children = std::move(listing.entries);
+            } else if (h.prefetcher != nullptr) {
+                h.prefetcher->forget(h.pathBuffer);
+            }
+            if (enter && !listing.complete) {
                 entry_.type = WalkEntryType::unreadableDirectory;
                 entry_.path = h.pathBuffer;
                 entry_.name = entry_.path.substr(entry_.path.size() - top.nameLength);
@@ -193,7 +175,7 @@ const WalkEntry* DirectoryWalk::next() {
             return &entry_;
         }
 
-        Child& child = top.children[top.nextChild++];
+        ListedEntry& child = top.children[top.nextChild++];
         if (h.pathBuffer.empty() || h.pathBuffer.back() != '/') {
             h.pathBuffer += '/';
         }
