@@ -1,0 +1,48 @@
+#pragma once
+
+// The pieces every reader and writer of the program's JSON files shares. Readers are strict: a
+// value of the wrong type is no value, and one bad element fails a whole array.
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace dorvik::platform::JsonCoding {
+
+// The member `key` of an object; nullptr when it is missing.
+const nlohmann::json* member(const nlohmann::json& object, const char* key);
+
+// A whole number that fits in 64 signed bits; none for anything else.
+std::optional<int64_t> int64Value(const nlohmann::json* value);
+
+// A finite number, whole or not; none for anything else.
+std::optional<double> finiteNumber(const nlohmann::json* value);
+
+// The document on one line. Paths that are not valid UTF-8 have their bad bytes replaced, as
+// JSON holds only text.
+std::string compactText(const nlohmann::json& document);
+
+// Every element decoded, or none when the text is no JSON array or one element fails.
+template <typename Record, typename Decode>
+std::optional<std::vector<Record>> decodeArray(std::string_view text, Decode decode) {
+    const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
+    if (!document.is_array()) {
+        return std::nullopt;
+    }
+    std::vector<Record> records;
+    records.reserve(document.size());
+    for (const nlohmann::json& element : document) {
+        std::optional<Record> record = decode(element);
+        if (!record) {
+            return std::nullopt;
+        }
+        records.push_back(std::move(*record));
+    }
+    return records;
+}
+
+} // namespace dorvik::platform::JsonCoding
