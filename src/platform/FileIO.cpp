@@ -59,6 +59,23 @@ bool writeFileAtomically(const std::string& path, const std::string& text) {
         path, std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
 }
 
+int writeNewFile(const std::string& path, const std::string& text, unsigned mode) {
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (fd < 0) {
+        return errno;
+    }
+    int error = 0;
+    errno = 0;
+    if (!writeAll(fd, std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()))) {
+        error = errno != 0 ? errno : EIO;
+    }
+    close(fd);
+    if (error != 0) {
+        unlink(path.c_str());
+    }
+    return error;
+}
+
 std::optional<std::vector<uint8_t>> readWholeFile(const std::string& path, size_t maxBytes) {
     const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) {

@@ -17,6 +17,11 @@ namespace dorvik::platform {
 bool writeFileAtomically(const std::string& path, std::span<const uint8_t> bytes);
 bool writeFileAtomically(const std::string& path, const std::string& text);
 
+// Creates the file at `path` with `text` in it and the permission bits of `mode`, only if nothing
+// stands there (a link included). Zero, or the error number: EEXIST when the name is taken. A
+// file that could not be written completely is removed again.
+int writeNewFile(const std::string& path, const std::string& text, unsigned mode);
+
 // The whole file, or none when it cannot be read or is larger than `maxBytes`.
 std::optional<std::vector<uint8_t>> readWholeFile(const std::string& path, size_t maxBytes);
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,6 +59,15 @@ std::optional<double> modificationTime(const std::string& path) {
         return std::nullopt;
     }
     return static_cast<double>(st.st_mtim.tv_sec) + static_cast<double>(st.st_mtim.tv_nsec) / 1e9;
+}
+
+std::optional<FileError> createFolders(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    if (error) {
+        return fileErrorFromNumber(error.value());
+    }
+    return std::nullopt;
 }
 
 } // namespace dorvik::platform

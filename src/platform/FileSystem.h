@@ -2,6 +2,8 @@
 
 // Small questions about paths that the core asks of the file system.
 
+#include "platform/FileError.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,5 +29,8 @@ std::optional<std::vector<std::string>> directoryEntries(const std::string& path
 // The content modification time of the entry itself (a symbolic link is not followed), in
 // seconds since 1970 with the fraction; none when it cannot be read.
 std::optional<double> modificationTime(const std::string& path);
+
+// Creates the folder and every missing folder above it. None when the folder stands afterwards.
+std::optional<FileError> createFolders(const std::string& path);
 
 } // namespace dorvik::platform

@@ -28,6 +28,15 @@ void makeFolder(const std::string& path);
 // A file of `bytes` bytes of real data, so that its blocks are allocated; parents are created.
 void writeFile(const std::string& path, int64_t bytes);
 
+// True if anything is at the path; a symbolic link counts, wherever it points.
+bool entryExists(const std::string& path);
+
+// A file holding `text`; parents are created.
+void writeText(const std::string& path, const std::string& text);
+
+// The whole content of a file; empty when it cannot be read.
+std::string readText(const std::string& path);
+
 // A file of `length` bytes with no blocks allocated.
 void writeSparseFile(const std::string& path, int64_t length);
 

@@ -4,11 +4,39 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <grp.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace dorvik::test {
+
+namespace {
+
+constexpr uid_t unprivilegedUser = 65534;
+constexpr gid_t unprivilegedGroup = 65534;
+
+} // namespace
+
+void handToUnprivileged(const std::string& root) {
+    if (!ignoresPermissions()) {
+        return;
+    }
+    namespace fs = std::filesystem;
+    std::error_code error;
+    lchown(root.c_str(), unprivilegedUser, unprivilegedGroup);
+    for (auto it = fs::recursive_directory_iterator(root, error);
+         !error && it != fs::recursive_directory_iterator(); it.increment(error)) {
+        lchown(it->path().c_str(), unprivilegedUser, unprivilegedGroup);
+    }
+    for (fs::path up = fs::path(root).parent_path(); up != up.root_path(); up = up.parent_path()) {
+        struct stat st {};
+        if (stat(up.c_str(), &st) == 0) {
+            chmod(up.c_str(), st.st_mode | S_IXOTH);
+        }
+    }
+}
 
 std::optional<std::vector<char>>
 runUnprivilegedBytes(const std::function<std::vector<char>()>& work) {
@@ -23,7 +51,8 @@ runUnprivilegedBytes(const std::function<std::vector<char>()>& work) {
     const pid_t pid = fork();
     if (pid == 0) {
         close(fds[0]);
-        const bool dropped = setgroups(0, nullptr) == 0 && setgid(65534) == 0 && setuid(65534) == 0;
+        const bool dropped = setgroups(0, nullptr) == 0 && setgid(unprivilegedGroup) == 0 &&
+                             setuid(unprivilegedUser) == 0;
         if (!dropped) {
             _exit(1);
         }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <functional>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -17,6 +18,11 @@ namespace dorvik::test {
 // test failure, when the child cannot report.
 std::optional<std::vector<char>>
 runUnprivilegedBytes(const std::function<std::vector<char>()>& work);
+
+// Gives `root` and everything below it (links themselves, not their targets) to the user the
+// unprivileged work runs as, and opens the folders above it for passing through, so that the
+// work can change it. Nothing happens when this process is not root.
+void handToUnprivileged(const std::string& root);
 
 // The same for an answer of plain data.
 template <typename Answer>
