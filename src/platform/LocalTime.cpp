@@ -17,7 +17,8 @@ std::optional<LocalDate> localDate(double secondsSince1970) {
     if (localtime_r(&moment, &fields) == nullptr) {
         return std::nullopt;
     }
-    return LocalDate{fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday};
+    return LocalDate{fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour,
+                     fields.tm_min};
 }
 
 } // namespace dorvik::platform

@@ -182,6 +182,17 @@ std::string abbreviatedDate(double date) {
            std::to_string(local->day) + ", " + std::to_string(local->year);
 }
 
+std::string abbreviatedDateTime(double date) {
+    const std::string day = abbreviatedDate(date);
+    const auto local = platform::localDate(date);
+    if (day == noDate || !local) {
+        return day;
+    }
+    const int hour = local->hour % 12 == 0 ? 12 : local->hour % 12;
+    const std::string minute = (local->minute < 10 ? "0" : "") + std::to_string(local->minute);
+    return day + " at " + std::to_string(hour) + ":" + minute + (local->hour < 12 ? " AM" : " PM");
+}
+
 std::string durationPhrase(double days) {
     if (days < 1) {
         return "less than a day";

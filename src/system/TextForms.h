@@ -32,6 +32,9 @@ std::string relativeDate(double date, double now);
 // "Mar 5, 2025" in the local time zone; "—" for the "never" marker or a date beyond the calendar.
 std::string abbreviatedDate(double date);
 
+// "Mar 5, 2025 at 3:07 PM" in the local time zone; "—" as for the date alone.
+std::string abbreviatedDateTime(double date);
+
 // A span of days in words: "less than a day", "about 12 days", "about 5 months", "more than 2
 // years".
 std::string durationPhrase(double days);

@@ -188,5 +188,23 @@ TEST(TextForms, AbbreviatedDate) {
     EXPECT_EQ(abbreviatedDate(-1e300), "\u2014");
 }
 
+TEST(TextForms, AbbreviatedDateTime) {
+    test::ScopedEnvironment zone("TZ", "UTC0");
+    const struct {
+        double date;
+        std::string text;
+    } cases[] = {
+        {noonMarch15, "Mar 15, 2025 at 12:00 PM"},
+        {noonMarch15 - 12 * 3600, "Mar 15, 2025 at 12:00 AM"},
+        {noonMarch15 + 3 * 3600 + 7 * 60 + 59, "Mar 15, 2025 at 3:07 PM"},
+        {noonMarch15 - 60, "Mar 15, 2025 at 11:59 AM"},
+        {86400, "\u2014"},
+        {1e300, "\u2014"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(abbreviatedDateTime(c.date), c.text) << c.date;
+    }
+}
+
 } // namespace
 } // namespace dorvik
