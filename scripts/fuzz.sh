@@ -11,6 +11,7 @@ cd "$(dirname "$0")/.."
 declare -A seeds=(
     [lzfse_decode]="tests/data/lzfse"
     [lzfse_round_trip]="tests/data/lzfse"
+    [history_decode]="tests/data/history"
 )
 
 seconds=${1:-60}

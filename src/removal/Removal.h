@@ -15,4 +15,7 @@ enum class Removal : uint8_t {
 // "permanent" or "trash".
 std::string_view caseName(Removal removal);
 
+// What will happen, in the user's words: "Moved to Trash" or "Deleted immediately".
+std::string_view outcomeLabel(Removal removal);
+
 } // namespace dorvik

@@ -1,0 +1,34 @@
+#pragma once
+
+// Where every deletion of user data ends. The engine works through a list of requests one at a
+// time, asks the safety rules once more about each and refuses what is protected at that moment,
+// whatever the caller says, then moves the rest to the Trash or deletes it for good. It decides
+// nothing else: what the user meant was settled in the plan. It holds no state between runs and
+// never measures anything: the sizes come from the requests.
+
+#include "platform/FileError.h"
+#include "removal/DeletionRequest.h"
+#include "removal/HistoryEntry.h"
+
+#include <string>
+#include <vector>
+
+namespace dorvik {
+
+struct DeletionOutcome {
+    DeletionReport report;
+    std::vector<HistoryEntry> entries; // for the items that went, in request order
+};
+
+namespace DeletionEngine {
+
+// Every request in list order, strictly one after the other. It has no failure of its own: each
+// refusal lands in the report and the batch goes on. Blocks; run it on a worker.
+DeletionOutcome run(const std::vector<DeletionRequest>& requests);
+
+// The sentence the user reads for a refusal of the file system.
+std::string failureReason(const platform::FileError& error);
+
+} // namespace DeletionEngine
+
+} // namespace dorvik

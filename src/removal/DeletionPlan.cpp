@@ -1,0 +1,82 @@
+#include "removal/DeletionPlan.h"
+
+#include "removal/SafetyRules.h"
+#include "system/Uuid.h"
+
+#include <set>
+
+namespace dorvik {
+
+namespace {
+
+bool goes(const PlanItem& item, bool includeReview) {
+    return item.verdict.risk == Risk::safe || (item.verdict.risk == Risk::review && includeReview);
+}
+
+// Whether another path of the set, followed by "/", begins `path`: one of its folders.
+bool hasAncestorIn(const std::set<std::string>& paths, const std::string& path) {
+    for (size_t slash = path.rfind('/'); slash != std::string::npos;
+         slash = slash == 0 ? std::string::npos : path.rfind('/', slash - 1)) {
+        if (paths.contains(path.substr(0, slash))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+PlanItem makePlanItem(const std::string& path, int64_t size, Removal removal) {
+    const size_t slash = path.rfind('/');
+    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    return PlanItem{path, std::move(name), size, removal, SafetyRules::verdict(path)};
+}
+
+std::optional<DeletionPlan> makePlan(const std::vector<PlanItem>& items, std::string title) {
+    if (items.empty()) {
+        return std::nullopt;
+    }
+    std::set<std::string> paths;
+    for (const PlanItem& item : items) {
+        paths.insert(item.path);
+    }
+    DeletionPlan plan{Uuid::make(), std::move(title), {}};
+    for (const PlanItem& item : items) {
+        if (!hasAncestorIn(paths, item.path)) {
+            plan.items.push_back(item);
+        }
+    }
+    return plan;
+}
+
+std::vector<DeletionRequest> planRequests(const DeletionPlan& plan, bool includeReview,
+                                          bool permanentDelete) {
+    std::vector<DeletionRequest> requests;
+    for (const PlanItem& item : plan.items) {
+        if (goes(item, includeReview)) {
+            requests.push_back(makeDeletionRequest(
+                item.path, item.size, permanentDelete ? Removal::permanent : item.removal));
+        }
+    }
+    return requests;
+}
+
+std::array<std::vector<PlanItem>, 3> itemsByRisk(const DeletionPlan& plan) {
+    std::array<std::vector<PlanItem>, 3> lists;
+    for (const PlanItem& item : plan.items) {
+        lists[static_cast<size_t>(item.verdict.risk)].push_back(item);
+    }
+    return lists;
+}
+
+int64_t plannedTotal(const DeletionPlan& plan, bool acceptedReview) {
+    int64_t total = 0;
+    for (const PlanItem& item : plan.items) {
+        if (goes(item, acceptedReview)) {
+            total += item.size;
+        }
+    }
+    return total;
+}
+
+} // namespace dorvik

@@ -1,0 +1,11 @@
+#include "removal/DeletionRequest.h"
+
+#include "system/Uuid.h"
+
+namespace dorvik {
+
+DeletionRequest makeDeletionRequest(std::string path, int64_t size, Removal removal) {
+    return DeletionRequest{Uuid::make(), std::move(path), size, removal};
+}
+
+} // namespace dorvik

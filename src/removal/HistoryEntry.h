@@ -1,0 +1,23 @@
+#pragma once
+
+// One line of the deletion history: an item that went, and where the Trash put it if it went
+// there.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace dorvik {
+
+struct HistoryEntry {
+    std::string id;  // UUID
+    double date = 0; // when the item went, seconds since 1970
+    std::string originalPath;
+    std::optional<std::string> trashPath; // none for a permanent deletion
+    int64_t size = 0;                     // as in the request
+    bool restored = false;                // set once it has been moved back, never cleared
+
+    bool operator==(const HistoryEntry&) const = default;
+};
+
+} // namespace dorvik

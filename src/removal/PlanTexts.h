@@ -1,0 +1,23 @@
+#pragma once
+
+// The sentences of the confirmation of a plan, shared by the sheet and the terminal.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace dorvik::PlanTexts {
+
+// Under the plan's title: where the items will go.
+std::string_view headline(bool permanentDelete);
+
+// The label of the box that lets the review items go; "**" marks bold.
+std::string reviewConsent(size_t reviewCount);
+
+// The line under a plan with protected items.
+std::string protectedNote(size_t protectedCount);
+
+// The confirming button.
+std::string_view confirmButton(bool permanentDelete);
+
+} // namespace dorvik::PlanTexts

@@ -1,0 +1,267 @@
+// The removal engine on real files, in a home and data folder of the test's own: the last-moment
+// refusal, the two ways of going, and every failure in words.
+
+#include "removal/DeletionEngine.h"
+#include "removal/DeletionPlan.h"
+#include "support/Bundles.h"
+#include "support/ChildProcess.h"
+#include "support/TestHome.h"
+#include "support/Unprivileged.h"
+#include "system/Dates.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <sys/stat.h>
+
+namespace dorvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string noLongerExists = "No longer exists.";
+const std::string noPermission =
+    "No permission. It may need Full Disk Access, or it belongs to another user.";
+
+class DeletionEngineTest : public testing::Test, protected test::TestHome {
+protected:
+    static DeletionRequest request(const std::string& path, int64_t size, Removal removal) {
+        return makeDeletionRequest(path, size, removal);
+    }
+};
+
+TEST_F(DeletionEngineTest, AnEmptyListGivesAnEmptyReport) {
+    const DeletionOutcome outcome = DeletionEngine::run({});
+    EXPECT_EQ(outcome.report, DeletionReport{});
+    EXPECT_TRUE(outcome.entries.empty());
+}
+
+TEST_F(DeletionEngineTest, TrashAndPermanentMixAndEachSumsItsOwn) {
+    test::writeFile(home + "/Downloads/movie.mkv", 20000);
+    test::writeFile(home + "/Library/Caches/com.example/blob", 30000);
+    test::writeFile(home + "/Downloads/empty.txt", 0);
+    test::writeFile(home + "/Downloads/album/track.flac", 40000);
+    // The sizes are the scan's: the engine adds them up and measures nothing.
+    const std::vector<DeletionRequest> requests = {
+        request(home + "/Downloads/movie.mkv", 2'000'000'000, Removal::trash),
+        request(home + "/Library/Caches/com.example", 1'000'000, Removal::permanent),
+        request(home + "/Downloads/empty.txt", 0, Removal::permanent),
+        request(home + "/Downloads/album", 3000, Removal::trash),
+    };
+    const double before = Dates::now();
+    const DeletionOutcome outcome = DeletionEngine::run(requests);
+    const DeletionReport& report = outcome.report;
+    EXPECT_EQ(report.freed, 1'000'000);
+    EXPECT_EQ(report.movedToTrash, 2'000'003'000);
+    EXPECT_EQ(report.deletedPaths, (std::vector<std::string>{requests[0].path, requests[1].path,
+                                                             requests[2].path, requests[3].path}));
+    EXPECT_TRUE(report.failures.empty());
+    EXPECT_TRUE(report.skippedProtected.empty());
+
+    ASSERT_EQ(outcome.entries.size(), 4u);
+    const std::optional<std::string> trashPaths[] = {trashFiles + "/movie.mkv", std::nullopt,
+                                                     std::nullopt, trashFiles + "/album"};
+    std::set<std::string> ids;
+    for (size_t i = 0; i < requests.size(); ++i) {
+        const HistoryEntry& entry = outcome.entries[i];
+        EXPECT_EQ(entry.originalPath, requests[i].path);
+        EXPECT_EQ(entry.size, requests[i].size);
+        EXPECT_EQ(entry.trashPath, trashPaths[i]);
+        EXPECT_FALSE(entry.restored);
+        EXPECT_GE(entry.date, before);
+        EXPECT_LE(entry.date, Dates::now());
+        ids.insert(entry.id);
+        EXPECT_FALSE(test::entryExists(requests[i].path));
+    }
+    EXPECT_EQ(ids.size(), 4u);
+    EXPECT_EQ(fs::file_size(trashFiles + "/album/track.flac"), 40000u);
+    EXPECT_TRUE(test::entryExists(home + "/Library/Caches")); // the rule's folder stays
+}
+
+TEST_F(DeletionEngineTest, ProtectedPathsAreRefusedWhateverTheCallerBuilt) {
+    test::writeFile(home + "/Library/Caches/com.example/blob", 1000);
+    test::writeFile(home + "/Documents/thesis.tex", 1000);
+    test::writeFile(home + "/Library/Keychains/login.keychain-db", 1000);
+    const std::string caches = "Folder used by macOS. Dorvik empties its contents but keeps the "
+                               "folder.";
+    const struct {
+        std::string path;
+        std::string reason;
+    } cases[] = {
+        {home + "/Library/Caches", caches},
+        {home + "/Documents",
+         "Standard folder in your user account. You can delete its contents, but not the "
+         "folder."},
+        {home + "/Library/Keychains/login.keychain-db",
+         "Your keychains: passwords, keys and certificates."},
+        {home, "Root folder of the system or your user account."},
+        {"/System/Library/Kernels",
+         "Part of macOS, protected by System Integrity Protection (SIP)."},
+    };
+    std::vector<DeletionRequest> requests;
+    for (const auto& c : cases) {
+        requests.push_back(request(c.path, 1000, Removal::permanent));
+        requests.push_back(request(c.path, 1000, Removal::trash));
+    }
+    const DeletionOutcome outcome = DeletionEngine::run(requests);
+    EXPECT_TRUE(outcome.entries.empty());
+    EXPECT_EQ(outcome.report.freed + outcome.report.movedToTrash, 0);
+    EXPECT_TRUE(outcome.report.deletedPaths.empty());
+    EXPECT_TRUE(outcome.report.failures.empty());
+    ASSERT_EQ(outcome.report.skippedProtected.size(), requests.size());
+    for (size_t i = 0; i < requests.size(); ++i) {
+        const DeletionFailure& skipped = outcome.report.skippedProtected[i];
+        EXPECT_EQ(skipped.path, cases[i / 2].path);
+        EXPECT_EQ(skipped.reason, cases[i / 2].reason);
+    }
+    EXPECT_TRUE(test::entryExists(home + "/Library/Caches/com.example/blob"));
+    EXPECT_TRUE(test::entryExists(home + "/Documents/thesis.tex"));
+    EXPECT_TRUE(test::entryExists(home + "/Library/Keychains/login.keychain-db"));
+    EXPECT_FALSE(test::entryExists(dataHome + "/Trash/files/Caches"));
+}
+
+TEST_F(DeletionEngineTest, AnAppStartedAfterThePlanIsRefusedAtTheLastMoment) {
+    const std::string bundle = home + "/Applications/Sleeper.app";
+    test::writeInfoPlist(bundle, {{"CFBundleIdentifier", "com.example.engine-sleeper"}});
+    const std::string executable = test::installExecutable(bundle, "/bin/sleep", "Sleeper");
+    const PlanItem seen = makePlanItem(bundle, 5000, Removal::trash);
+    ASSERT_EQ(seen.verdict.risk, Risk::review);
+    {
+        test::ChildProcess running(executable, {"60"});
+        const DeletionOutcome outcome =
+            DeletionEngine::run(planRequests(*makePlan({seen}, "Uninstall"), true, false));
+        ASSERT_EQ(outcome.report.skippedProtected.size(), 1u);
+        EXPECT_EQ(outcome.report.skippedProtected[0].reason,
+                  "The app is open. Quit it before removing it.");
+        EXPECT_TRUE(test::entryExists(executable));
+    }
+    const DeletionOutcome afterQuit = DeletionEngine::run({request(bundle, 5000, Removal::trash)});
+    EXPECT_EQ(afterQuit.report.deletedPaths, std::vector<std::string>{bundle});
+}
+
+TEST_F(DeletionEngineTest, TheSamePathTwiceAndAVanishedPathFail) {
+    test::writeFile(home + "/Downloads/a.zip", 100);
+    test::writeFile(home + "/Downloads/b.zip", 100);
+    const std::vector<DeletionRequest> requests = {
+        request(home + "/Downloads/a.zip", 10, Removal::trash),
+        request(home + "/Downloads/a.zip", 10, Removal::trash),
+        request(home + "/Downloads/b.zip", 20, Removal::permanent),
+        request(home + "/Downloads/b.zip", 20, Removal::permanent),
+        request(home + "/Downloads/never-was.zip", 30, Removal::trash),
+        request(home + "/Downloads/never-was.zip", 30, Removal::permanent),
+    };
+    const DeletionOutcome outcome = DeletionEngine::run(requests);
+    EXPECT_EQ(outcome.report.deletedPaths,
+              (std::vector<std::string>{requests[0].path, requests[2].path}));
+    EXPECT_EQ(outcome.report.movedToTrash, 10);
+    EXPECT_EQ(outcome.report.freed, 20);
+    EXPECT_EQ(outcome.entries.size(), 2u);
+    ASSERT_EQ(outcome.report.failures.size(), 4u);
+    const size_t failedRequests[] = {1, 3, 4, 5};
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(outcome.report.failures[i].path, requests[failedRequests[i]].path);
+        EXPECT_EQ(outcome.report.failures[i].reason, noLongerExists);
+    }
+    EXPECT_NE(outcome.report.failures[0].id, outcome.report.failures[1].id);
+}
+
+TEST_F(DeletionEngineTest, AFolderSwappedForALinkAfterThePlanLosesOnlyTheLink) {
+    for (const Removal removal : {Removal::permanent, Removal::trash}) {
+        const std::string folder = home + "/Downloads/folder-" + std::string(caseName(removal));
+        test::writeFile(folder + "/junk.bin", 4096);
+        test::writeFile(home + "/Pictures/wedding/photo.jpg", 4096);
+        test::writeFile(home + "/Pictures/portrait.jpg", 4096);
+        const auto plan = makePlan({makePlanItem(folder, 8192, removal)}, "Delete Items");
+        fs::rename(folder, folder + "-moved");
+        test::makeSymlink(home + "/Pictures/wedding", folder);
+        test::makeSymlink(home + "/Pictures/portrait.jpg", folder + "-moved/to-file");
+
+        const DeletionOutcome outcome = DeletionEngine::run(planRequests(*plan, false, false));
+        EXPECT_EQ(outcome.report.deletedPaths, std::vector<std::string>{folder});
+        EXPECT_FALSE(test::entryExists(folder));
+        EXPECT_EQ(fs::file_size(home + "/Pictures/wedding/photo.jpg"), 4096u);
+        EXPECT_TRUE(test::entryExists(folder + "-moved/junk.bin"));
+        // And a link inside a folder that goes for good takes nothing with it.
+        const DeletionOutcome inner =
+            DeletionEngine::run({request(folder + "-moved", 1, Removal::permanent)});
+        EXPECT_EQ(inner.report.deletedPaths.size(), 1u);
+        EXPECT_EQ(fs::file_size(home + "/Pictures/portrait.jpg"), 4096u);
+    }
+}
+
+// What the unprivileged run reported, in plain data.
+struct LockedRun {
+    int64_t freed;
+    size_t deleted;
+    size_t failures;
+    char reason[160];
+    bool folderStays;
+};
+
+TEST_F(DeletionEngineTest, AFolderThatCannotBeRemovedCompletelyIsAFailure) {
+    const std::string folder = home + "/Downloads/shared";
+    test::writeFile(folder + "/mine.txt", 100);
+    test::writeFile(folder + "/locked/theirs.txt", 100);
+    test::writeFile(home + "/Downloads/free.txt", 100);
+    test::handToUnprivileged(dir.path());
+    chmod((folder + "/locked").c_str(), 0555);
+
+    const auto seen = test::runUnprivileged<LockedRun>([&] {
+        const DeletionOutcome outcome = DeletionEngine::run({
+            request(folder, 700, Removal::permanent),
+            request(home + "/Downloads/free.txt", 5, Removal::permanent),
+        });
+        LockedRun run{outcome.report.freed,
+                      outcome.report.deletedPaths.size(),
+                      outcome.report.failures.size(),
+                      {},
+                      test::entryExists(folder)};
+        if (!outcome.report.failures.empty()) {
+            std::strncpy(run.reason, outcome.report.failures[0].reason.c_str(),
+                         sizeof run.reason - 1);
+        }
+        return run;
+    });
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(seen->freed, 5); // the folder's size does not count
+    EXPECT_EQ(seen->deleted, 1u);
+    EXPECT_EQ(seen->failures, 1u);
+    EXPECT_EQ(std::string(seen->reason), noPermission);
+    EXPECT_TRUE(seen->folderStays);
+}
+
+TEST(DeletionEngine, FailuresInWords) {
+    using platform::FileErrorKind;
+    const struct {
+        platform::FileError error;
+        std::string reason;
+    } cases[] = {
+        {{FileErrorKind::noSuchFile, "No such file or directory"}, noLongerExists},
+        {{FileErrorKind::noPermission, "Permission denied"}, noPermission},
+        {{FileErrorKind::inUse, "Device or resource busy"}, "Protected by macOS or in use."},
+        {{FileErrorKind::other, "Directory not empty"}, "Directory not empty"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(DeletionEngine::failureReason(c.error), c.reason);
+    }
+    const struct {
+        int number;
+        FileErrorKind kind;
+    } numbers[] = {
+        {ENOENT, FileErrorKind::noSuchFile},  {EACCES, FileErrorKind::noPermission},
+        {EPERM, FileErrorKind::noPermission}, {EROFS, FileErrorKind::noPermission},
+        {EBUSY, FileErrorKind::inUse},        {ETXTBSY, FileErrorKind::inUse},
+        {ENOTEMPTY, FileErrorKind::other},    {EIO, FileErrorKind::other},
+    };
+    for (const auto& n : numbers) {
+        const platform::FileError error = platform::fileErrorFromNumber(n.number);
+        EXPECT_EQ(error.kind, n.kind) << n.number;
+        EXPECT_EQ(error.description, std::strerror(n.number));
+    }
+}
+
+} // namespace
+} // namespace dorvik
