@@ -30,6 +30,7 @@ QString key(const char* name) {
 AppState::AppState(AppStateOptions options, QObject* parent)
     : QObject(parent), options_(std::move(options)),
       settings_(key(settingsOrganisation), key(settingsApplication)),
+      history_(DeletionHistory::defaultPath()),
       relay_(std::make_shared<MainThreadRelay<AppState>>(this)) {
     if (!options_.accessProbe) {
         options_.accessProbe = [] { return dorvik::hasFullDiskAccess(); };
@@ -291,6 +292,87 @@ void AppState::markRemoved(const std::set<std::string>& removedPaths) {
 
 void AppState::scheduleArchive() {
     archiveTimer_.start();
+}
+
+void AppState::propose(const std::vector<PlanItem>& items, const std::string& title) {
+    if (auto made = makePlan(items, title)) {
+        plan_ = std::move(made);
+        emit planChanged();
+    }
+}
+
+void AppState::cancelPlan() {
+    if (plan_) {
+        plan_.reset();
+        emit planChanged();
+    }
+}
+
+void AppState::execute(const DeletionPlan& plan, bool includeReview) {
+    std::vector<DeletionRequest> requests = planRequests(plan, includeReview, permanentDelete());
+    cancelPlan();
+    performDeletion(std::move(requests), false);
+}
+
+void AppState::performDeletion(std::vector<DeletionRequest> requests, bool quiet,
+                               std::function<void(const DeletionReport&)> done) {
+    QThreadPool::globalInstance()->start(
+        [relay = relay_, requests = std::move(requests), quiet, done = std::move(done)] {
+            DeletionOutcome outcome = DeletionEngine::run(requests);
+            relay->post([outcome = std::move(outcome), quiet, done](AppState& state) mutable {
+                const DeletionReport report = outcome.report;
+                state.finishDeletion(std::move(outcome), quiet);
+                if (done) {
+                    done(report);
+                }
+            });
+        });
+}
+
+void AppState::finishDeletion(DeletionOutcome outcome, bool quiet) {
+    history_.record(outcome.entries);
+    emit historyChanged();
+    const DeletionReport& report = outcome.report;
+    markRemoved(std::set<std::string>(report.deletedPaths.begin(), report.deletedPaths.end()));
+    refreshVolume();
+    if (quiet) {
+        return;
+    }
+    showToast(deletionToast(report, outcome.entries));
+    failures_ = report.failures;
+    failures_.insert(failures_.end(), report.skippedProtected.begin(),
+                     report.skippedProtected.end());
+    emit failuresChanged();
+}
+
+void AppState::undo(const std::vector<HistoryEntry>& entries) {
+    const int restored = dorvik::undo(history_, entries);
+    emit historyChanged();
+    showToast(undoToast(restored));
+    refreshVolume();
+}
+
+void AppState::clearHistory() {
+    history_.clear();
+    emit historyChanged();
+}
+
+void AppState::showToast(Toast toast) {
+    toast_ = std::move(toast);
+    emit toastChanged();
+}
+
+void AppState::closeToast() {
+    if (toast_) {
+        toast_.reset();
+        emit toastChanged();
+    }
+}
+
+void AppState::dismissToast(const std::string& id) {
+    if (toast_ && toast_->id == id) {
+        closeToast();
+    }
 }
 
 } // namespace dorvik

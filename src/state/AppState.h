@@ -4,6 +4,11 @@
 // scan in force and the services, starts, cancels and restores scans, and tells observers of
 // every change through its signals. It knows no page; pages read it and ask it to act.
 
+#include "removal/DeletionEngine.h"
+#include "removal/DeletionHistory.h"
+#include "removal/DeletionPlan.h"
+#include "removal/DeletionRequest.h"
+#include "removal/Toast.h"
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
@@ -72,6 +77,37 @@ public:
 
     TrendStore& trends() { return trends_; }
 
+    // The batch awaiting confirmation, the message after the last removal or undo, what the last
+    // run that wasn't quiet refused, and the log of all removals.
+    const std::optional<DeletionPlan>& plan() const { return plan_; }
+    const std::optional<Toast>& toast() const { return toast_; }
+    const std::vector<DeletionFailure>& failures() const { return failures_; }
+    const DeletionHistory& history() const { return history_; }
+
+    // Puts the items before the user as a plan, children of other items left out. No items, no
+    // plan. A new plan replaces the old.
+    void propose(const std::vector<PlanItem>& items, const std::string& title);
+    // The user cancelled the plan: nothing is removed.
+    void cancelPlan();
+    // Carries out a confirmed plan: its safe items, its review items only with `includeReview`,
+    // never its protected ones, each for good if the permanentDelete setting is on.
+    void execute(const DeletionPlan& plan, bool includeReview);
+    // Runs the engine on a worker. Back here, records the history (quiet runs too), takes what
+    // went out of the scan, reads the volume again and, unless `quiet`, sets the toast and
+    // `failures`; then hands the report to `done`.
+    void performDeletion(std::vector<DeletionRequest> requests, bool quiet,
+                         std::function<void(const DeletionReport&)> done = {});
+    // Brings back those entries that can be brought back, and says how many did.
+    void undo(const std::vector<HistoryEntry>& entries);
+    void clearHistory();
+
+    // A new toast replaces the one on show.
+    void showToast(Toast toast);
+    void closeToast();
+    // Closes the toast only if it is still the one with this id: the timer of an old toast
+    // leaves a newer one alone.
+    void dismissToast(const std::string& id);
+
     // Starts a scan of `target`, or of the current target. A whole-disk or home scan without
     // access asks first (showAccessOnboarding) unless the user declined before.
     void startScan(std::optional<ScanTarget> target = std::nullopt);
@@ -96,6 +132,10 @@ signals:
     void hasFullDiskAccessChanged();
     void showAccessOnboardingChanged();
     void settingsChanged();
+    void planChanged();
+    void toastChanged();
+    void failuresChanged();
+    void historyChanged();
 
 private:
     void applyLaunchSettings();
@@ -104,12 +144,14 @@ private:
                     std::optional<ScanSnapshot> snapshot);
     void adoptScan(ScanResult result);
     void refreshVolume();
+    void finishDeletion(DeletionOutcome outcome, bool quiet);
     void setIsScanning(bool scanning);
     void setHasFullDiskAccess(bool access);
     bool probeAccess() const;
 
     AppStateOptions options_;
     QSettings settings_;
+    DeletionHistory history_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
     QTimer archiveTimer_;
@@ -126,6 +168,9 @@ private:
     bool hasFullDiskAccess_ = false;
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
+    std::optional<DeletionPlan> plan_;
+    std::optional<Toast> toast_;
+    std::vector<DeletionFailure> failures_;
 };
 
 } // namespace dorvik

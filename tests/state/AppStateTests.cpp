@@ -1,3 +1,4 @@
+#include "EventLoop.h"
 #include "TreeGenerator.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
@@ -7,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QSettings>
-#include <QThreadPool>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -21,26 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Runs the event loop until `done` holds or the time is up.
-bool waitUntil(const std::function<bool()>& done, std::chrono::milliseconds limit = 20s) {
-    const auto until = std::chrono::steady_clock::now() + limit;
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > until) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return true;
-}
-
-// Lets every worker end and every posted result land. Workers wait for the main thread to take
-// their results, so the loop keeps running while they finish.
-void settle() {
-    while (!QThreadPool::globalInstance()->waitForDone(10)) {
-        QCoreApplication::processEvents();
-    }
-    QCoreApplication::processEvents();
-}
+using test::settle;
+using test::waitUntil;
 
 class AppStateTest : public testing::Test {
 protected:
