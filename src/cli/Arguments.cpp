@@ -23,6 +23,18 @@ int64_t Arguments::number(const std::string& option, int64_t minimum) {
     return result;
 }
 
+bool takeJsonOption(Arguments& arguments) {
+    bool json = false;
+    while (!arguments.done()) {
+        const std::string word = arguments.take();
+        if (word != "--json") {
+            throw UsageError("unknown word " + word);
+        }
+        json = true;
+    }
+    return json;
+}
+
 std::string normalisedPath(const std::string& path) {
     std::string result = std::filesystem::absolute(path).lexically_normal().string();
     while (result.size() > 1 && result.back() == '/') {

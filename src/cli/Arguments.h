@@ -38,6 +38,10 @@ private:
     size_t next_ = 0;
 };
 
+// For a command whose one option is --json: whether it was given. Any other word is a usage
+// error.
+bool takeJsonOption(Arguments& arguments);
+
 // Absolute and without "." or ".." or a trailing "/", so that a path given on the command line
 // compares with the paths a walk produces.
 std::string normalisedPath(const std::string& path);

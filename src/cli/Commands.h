@@ -22,6 +22,10 @@ int runTrends(Arguments& arguments);
 int runLoad(Arguments& arguments);
 int runVerdict(Arguments& arguments);
 int runJunk(Arguments& arguments);
+int runRemove(Arguments& arguments);
+int runClean(Arguments& arguments);
+int runHistory(Arguments& arguments);
+int runUndo(Arguments& arguments);
 
 // Prints a JSON document the way every command does: invalid UTF-8 in paths is replaced.
 void printJson(std::ostream& out, const nlohmann::json& document);

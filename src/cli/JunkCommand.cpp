@@ -1,6 +1,5 @@
-#include "cleaning/JunkFinder.h"
 #include "cli/Commands.h"
-#include "platform/Terminal.h"
+#include "cli/FindJunk.h"
 #include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 
@@ -25,10 +24,6 @@ std::vector<JunkFinding> groupedFindings(std::vector<JunkFinding> findings) {
     return findings;
 }
 
-std::string_view removalText(Removal removal) {
-    return removal == Removal::trash ? "Moved to Trash" : "Deleted immediately";
-}
-
 void printText(const std::vector<JunkFinding>& findings) {
     if (findings.empty()) {
         std::cout << "No junk found.\n";
@@ -48,7 +43,7 @@ void printText(const std::vector<JunkFinding>& findings) {
         totalItems += count;
         std::cout << "  " << finding.rule.title << ": " << TextForms::size(bytes) << ", "
                   << TextForms::count(count) << " items (" << info(finding.rule.risk).label << ", "
-                  << removalText(finding.rule.removal) << ")\n";
+                  << outcomeLabel(finding.rule.removal) << ")\n";
         const size_t shown = std::min(finding.items.size(), shownItemsPerRule);
         for (size_t index = 0; index < shown; ++index) {
             const JunkItem& item = finding.items[index];
@@ -90,23 +85,8 @@ nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
 } // namespace
 
 int runJunk(Arguments& arguments) {
-    bool json = false;
-    while (!arguments.done()) {
-        const std::string word = arguments.take();
-        if (word == "--json") {
-            json = true;
-        } else {
-            throw UsageError("unknown word " + word);
-        }
-    }
-    const bool live = platform::standardErrorIsTerminal();
-    if (live) {
-        std::cerr << "Searching\u2026" << std::flush;
-    }
-    const std::vector<JunkFinding> findings = groupedFindings(JunkFinder::findAll());
-    if (live) {
-        std::cerr << "\r\033[K" << std::flush;
-    }
+    const bool json = takeJsonOption(arguments);
+    const std::vector<JunkFinding> findings = groupedFindings(findJunk());
     if (json) {
         printJson(std::cout, findingsJson(findings));
     } else {

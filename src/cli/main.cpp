@@ -22,6 +22,10 @@ constexpr std::array commands = {
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
     Command{"verdict", "verdict [--json] PATH...", runVerdict},
     Command{"junk", "junk [--json]", runJunk},
+    Command{"remove", "remove [--permanent] [--include-review] [--yes] PATH...", runRemove},
+    Command{"clean", "clean [--rule ID]... [--dry-run] [--yes]", runClean},
+    Command{"history", "history [--json]", runHistory},
+    Command{"undo", "undo [--last | ID...]", runUndo},
 };
 
 void printUsage(std::ostream& out) {
