@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace dorvik {
@@ -236,6 +237,21 @@ TEST_F(DeletionHistoryTest, UndoNeverOverwritesAndNeverRenames) {
                                                             : "Deleted");
     }
     EXPECT_EQ(undo(history, all), 0);
+
+    // The Trash gives a freed name to the next item of that name: a restored entry points at
+    // someone else's item now, and never brings it back.
+    fs::remove(home + "/Desktop/back.txt");
+    test::writeText(home + "/Elsewhere/back.txt", "another back.txt");
+    const auto other = removeAndRecord(history, {home + "/Elsewhere/back.txt"});
+    ASSERT_EQ(other[0].trashPath, trashed[0].trashPath);
+    const auto stored = std::ranges::find(history.entries(), trashed[0].id, &HistoryEntry::id);
+    ASSERT_NE(stored, history.entries().end());
+    EXPECT_TRUE(stored->restored);
+    EXPECT_FALSE(canRestore(*stored));
+    EXPECT_EQ(undo(history, {trashed[0]}), 0);
+    EXPECT_FALSE(test::entryExists(home + "/Desktop/back.txt"));
+    EXPECT_EQ(undo(history, {other[0]}), 1);
+    EXPECT_EQ(test::readText(home + "/Elsewhere/back.txt"), "another back.txt");
 }
 
 } // namespace
