@@ -12,11 +12,8 @@
 #include "platform/DirectoryWalk.h"
 
 #include "platform/DirectoryListing.h"
-#include "platform/ListingPrefetcher.h"
 
-#include <algorithm>
 #include <sys/stat.h>
-#include <thread>
 #include <vector>
 
 namespace dorvik::platform {
@@ -65,8 +62,6 @@ struct DirectoryWalk::Handle {
     };
 
     std::string rootPath;
-    bool listAhead = false;
-    std::unique_ptr<ListingPrefetcher> prefetcher;
     bool started = false;
     bool finished = false;
     dev_t rootDevice = 0;
@@ -83,23 +78,10 @@ struct DirectoryWalk::Handle {
         frame.status = status;
         currentMarkSlot = &frame.mark;
     }
-
-    DirectoryListing list(const std::string& path) {
-        if (!listAhead) {
-            return listDirectory(path);
-        }
-        if (prefetcher == nullptr) {
-            const unsigned helpers = std::clamp(std::thread::hardware_concurrency(), 1u, 4u);
-            prefetcher = std::make_unique<ListingPrefetcher>(rootDevice, helpers);
-        }
-        return prefetcher->take(path);
-    }
 };
 
-DirectoryWalk::DirectoryWalk(const std::string& rootPath, WalkOptions options)
-    : handle_(std::make_unique<Handle>()) {
+DirectoryWalk::DirectoryWalk(const std::string& rootPath) : handle_(std::make_unique<Handle>()) {
     handle_->rootPath = rootPath;
-    handle_->listAhead = options.listAhead;
 }
 
 DirectoryWalk::~DirectoryWalk() = default;
@@ -147,10 +129,8 @@ const WalkEntry* DirectoryWalk::next() {
             const bool enter = !top.skip && top.status.st_dev == h.rootDevice;
             DirectoryListing listing;
             if (enter) {
-                listing = h.list(h.pathBuffer);
+                listing = listDirectory(h.pathBuffer);
                 top.children = std::move(listing.entries);
-            } else if (h.prefetcher != nullptr) {
-                h.prefetcher->forget(h.pathBuffer);
             }
             if (enter && !listing.complete) {
                 entry_.type = WalkEntryType::unreadableDirectory;

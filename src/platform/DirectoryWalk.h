@@ -43,15 +43,9 @@ struct WalkEntry {
     WalkStat stat;
 };
 
-struct WalkOptions {
-    // Read the directories ahead of the walk on helper threads. Worth it for a long walk; a
-    // short one would spend more on starting the threads than it saves.
-    bool listAhead = false;
-};
-
 class DirectoryWalk {
 public:
-    explicit DirectoryWalk(const std::string& rootPath, WalkOptions options = {});
+    explicit DirectoryWalk(const std::string& rootPath);
     ~DirectoryWalk();
     DirectoryWalk(const DirectoryWalk&) = delete;
     DirectoryWalk& operator=(const DirectoryWalk&) = delete;

@@ -278,7 +278,7 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
                                         const std::set<std::string>& excludedPaths,
                                         const ProgressCallback& progress) {
     const auto started = Clock::now();
-    platform::DirectoryWalk walk(rootPath, {.listAhead = true});
+    platform::DirectoryWalk walk(rootPath);
     if (!walk.isOpen()) {
         return std::nullopt;
     }
