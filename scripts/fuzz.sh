@@ -12,6 +12,7 @@ declare -A seeds=(
     [lzfse_decode]="tests/data/lzfse"
     [lzfse_round_trip]="tests/data/lzfse"
     [history_decode]="tests/data/history"
+    [scan_archive]="tests/data/archive"
 )
 
 seconds=${1:-60}
