@@ -1,4 +1,3 @@
-#include "EventLoop.h"
 #include "TreeGenerator.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
