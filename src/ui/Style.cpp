@@ -36,13 +36,6 @@ QString css(const QColor& colour) {
     return colour.name(colour.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
 }
 
-QColor mix(const QColor& over, const QColor& under, double opacity) {
-    return QColor::fromRgbF(
-        static_cast<float>(over.redF() * opacity + under.redF() * (1 - opacity)),
-        static_cast<float>(over.greenF() * opacity + under.greenF() * (1 - opacity)),
-        static_cast<float>(over.blueF() * opacity + under.blueF() * (1 - opacity)));
-}
-
 void repolish(QWidget* widget) {
     widget->style()->unpolish(widget);
     widget->style()->polish(widget);
@@ -64,7 +57,9 @@ QColor secondaryText(const QPalette& palette) {
 }
 
 QColor tertiaryText(const QPalette& palette) {
-    return mix(palette.color(QPalette::PlaceholderText), palette.color(QPalette::Base), 0.7);
+    QColor colour = palette.color(QPalette::PlaceholderText);
+    colour.setAlphaF(0.7f);
+    return colour;
 }
 
 QColor accent(const QPalette& palette) {
@@ -109,8 +104,10 @@ QColor tint(Tint tint, const QPalette& palette) {
     return palette.color(QPalette::WindowText);
 }
 
-QColor faded(const QColor& colour, const QPalette& palette, double opacity) {
-    return mix(colour, palette.color(QPalette::Base), opacity);
+QColor faded(const QColor& colour, double opacity) {
+    QColor result = colour;
+    result.setAlphaF(static_cast<float>(opacity));
+    return result;
 }
 
 void setTextRole(QWidget* widget, TextRole role) {
@@ -188,7 +185,7 @@ QString styleSheet(const QPalette& palette) {
                  .arg(css(accentColour.darker(120)));
     sheet += QStringLiteral("QPushButton[prominent=\"true\"]:disabled {"
                             " background: %1; border-color: %1; color: %2; }\n")
-                 .arg(css(faded(accentColour, palette, 0.35)), css(base));
+                 .arg(css(faded(accentColour, 0.35)), css(base));
     // Buttons joined side by side, as one control.
     sheet +=
         QStringLiteral("QPushButton[segment=\"first\"] { border-top-right-radius: 0;"
@@ -204,6 +201,14 @@ QString styleSheet(const QPalette& palette) {
         QStringLiteral("QPushButton:checked { background: %1; color: %2; border-color: %3; }\n")
             .arg(css(accentColour), css(palette.color(QPalette::HighlightedText)),
                  css(accentColour.darker(115)));
+    sheet += QStringLiteral("QTableView { background: %1; alternate-background-color: %2;"
+                            " selection-background-color: %3; selection-color: %4; }\n")
+                 .arg(css(base), css(card(palette)), css(accentColour),
+                      css(palette.color(QPalette::HighlightedText)));
+    sheet += QStringLiteral("QHeaderView { background: %1; border: none; }\n"
+                            "QHeaderView::section { background: %1; color: %2; border: none;"
+                            " border-bottom: 1px solid %3; padding: 5px 3px; font-weight: 600; }\n")
+                 .arg(css(base), css(secondaryText(palette)), css(separator(palette)));
     sheet += QStringLiteral("QSplitter::handle { background: %1; }\n").arg(css(separator(palette)));
     sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget > QWidget { background: %1; }\n")
                  .arg(css(base));

@@ -46,8 +46,8 @@ QColor card(const QPalette& palette);
 enum class Tint { text, secondary, accent, warning, positive, danger };
 QColor tint(Tint tint, const QPalette& palette);
 
-// `colour` over the palette's base at `opacity`, as a solid colour.
-QColor faded(const QColor& colour, const QPalette& palette, double opacity);
+// `colour` at `opacity`, to lie over whatever is under it.
+QColor faded(const QColor& colour, double opacity);
 
 // What a piece of text is for; it sets the font and the colour.
 enum class TextRole {

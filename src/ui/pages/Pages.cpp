@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/history/HistoryView.h"
 
 #include <map>
 
@@ -72,11 +73,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Byte-for-byte identical files (SHA-256). Delete the extra copies, or keep them all "
           "and let them share the same space on disk.",
           "Scan your disk first", "Duplicates are found among the files from the last scan."}},
-        {AppSection::history,
-         {"History",
-          "Everything Dorvik has deleted. Anything still in the Trash can be restored to its "
-          "original location.",
-          nullptr, nullptr}},
     };
     return pages;
 }
@@ -84,6 +80,9 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
 } // namespace
 
 QWidget* makePage(AppSection section, AppState& state) {
+    if (section == AppSection::history) {
+        return new HistoryView(state);
+    }
     return new PendingPage(state, pendingPages().at(section));
 }
 

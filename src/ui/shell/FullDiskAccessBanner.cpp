@@ -2,6 +2,7 @@
 
 #include "state/AppState.h"
 #include "ui/Style.h"
+#include "ui/widgets/LeadingSymbolLayout.h"
 #include "ui/widgets/SymbolView.h"
 
 #include <QHBoxLayout>
@@ -29,18 +30,11 @@ FullDiskAccessBanner::FullDiskAccessBanner(AppState& state, QWidget* parent) : Q
     buttons->addStretch();
     buttons->addWidget(done);
 
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(Style::smallGap);
-    texts->addWidget(Style::label(tr("Grant Full Disk Access"), Style::TextRole::headline));
-    texts->addWidget(text);
-    texts->addLayout(buttons);
-
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Style::cardPadding, Style::cardPadding, Style::cardPadding,
-                               Style::cardPadding);
-    layout->setSpacing(Style::cardPadding);
-    layout->addWidget(symbol, 0, Qt::AlignTop);
-    layout->addLayout(texts, 1);
+    QVBoxLayout* lines =
+        layOutWithLeadingSymbol(this, symbol, Style::cardPadding, Style::cardPadding).column;
+    lines->addWidget(Style::label(tr("Grant Full Disk Access"), Style::TextRole::headline));
+    lines->addWidget(text);
+    lines->addLayout(buttons);
 }
 
 } // namespace dorvik

@@ -2,10 +2,12 @@
 
 #include "state/AppState.h"
 #include "ui/pages/Pages.h"
+#include "ui/sheets/ConfirmDeletionView.h"
 #include "ui/sheets/SettingsView.h"
 #include "ui/shell/AccessOnboardingView.h"
 #include "ui/shell/SheetOverlay.h"
 #include "ui/shell/Sidebar.h"
+#include "ui/shell/ToastView.h"
 
 #include <QGuiApplication>
 #include <QMenuBar>
@@ -23,7 +25,8 @@ constexpr int sidebarMaximumWidth = 280;
 
 } // namespace
 
-RootView::RootView(AppState& state, AppearanceController& appearance, QWidget* parent)
+RootView::RootView(AppState& state, AppearanceController& appearance,
+                   std::chrono::milliseconds toastLifetime, QWidget* parent)
     : QMainWindow(parent), state_(state), appearance_(appearance), split_(new QSplitter),
       sidebar_(new Sidebar(state)) {
     setWindowTitle(QStringLiteral("Dorvik"));
@@ -34,7 +37,7 @@ RootView::RootView(AppState& state, AppearanceController& appearance, QWidget* p
     split_->setChildrenCollapsible(false);
     split_->setHandleWidth(1);
     split_->addWidget(sidebar_);
-    split_->addWidget(makeContent());
+    split_->addWidget(makeContent(toastLifetime));
     split_->setStretchFactor(1, 1);
     split_->setSizes({sidebarWidth, rootViewMinimumSize.width() - sidebarWidth});
 
@@ -48,6 +51,7 @@ RootView::RootView(AppState& state, AppearanceController& appearance, QWidget* p
     makeMenus();
     connect(&state, &AppState::sectionChanged, this, &RootView::showSection);
     connect(&state, &AppState::showAccessOnboardingChanged, this, &RootView::refreshSheets);
+    connect(&state, &AppState::planChanged, this, &RootView::refreshSheets);
     connect(qApp, &QGuiApplication::applicationStateChanged, this,
             [this](Qt::ApplicationState applicationState) {
                 if (applicationState == Qt::ApplicationActive) {
@@ -58,7 +62,7 @@ RootView::RootView(AppState& state, AppearanceController& appearance, QWidget* p
     refreshSheets();
 }
 
-QWidget* RootView::makeContent() {
+QWidget* RootView::makeContent(std::chrono::milliseconds toastLifetime) {
     auto* content = new QWidget;
     bannerSlot_ = new QWidget;
     auto* bannerLayout = new QVBoxLayout(bannerSlot_);
@@ -75,6 +79,7 @@ QWidget* RootView::makeContent() {
     layout->setSpacing(0);
     layout->addWidget(bannerSlot_);
     layout->addWidget(pages_, 1);
+    toast_ = new ToastView(state_, toastLifetime, content);
     return content;
 }
 
@@ -120,13 +125,23 @@ void RootView::showSection() {
     pages_->setCurrentIndex(static_cast<int>(state_.section()));
 }
 
+// One sheet at a time: the access sheet first, then the plan. A sheet whose reason has gone goes
+// with it, and a new plan replaces the sheet of the old one.
 void RootView::refreshSheets() {
-    const bool onboardingUp = dynamic_cast<AccessOnboardingView*>(sheets_->sheet()) != nullptr;
-    if (state_.showAccessOnboarding() && !onboardingUp) {
-        sheets_->present(new AccessOnboardingView(state_), accessOnboardingWidth);
-    } else if (!state_.showAccessOnboarding() && onboardingUp) {
-        sheets_->dismiss();
+    if (state_.showAccessOnboarding()) {
+        if (dynamic_cast<AccessOnboardingView*>(sheets_->sheet()) == nullptr) {
+            sheets_->present(new AccessOnboardingView(state_), accessOnboardingWidth);
+        }
+        return;
     }
+    if (state_.plan()) {
+        const auto* shown = dynamic_cast<ConfirmDeletionView*>(sheets_->sheet());
+        if (shown == nullptr || shown->planId() != state_.plan()->id) {
+            sheets_->present(new ConfirmDeletionView(state_, *state_.plan()), confirmDeletionWidth);
+        }
+        return;
+    }
+    sheets_->dismiss();
 }
 
 } // namespace dorvik

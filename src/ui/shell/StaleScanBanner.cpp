@@ -5,6 +5,7 @@
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/widgets/LeadingSymbolLayout.h"
 #include "ui/widgets/SymbolView.h"
 
 #include <QHBoxLayout>
@@ -25,18 +26,12 @@ StaleScanBanner::StaleScanBanner(AppState& state, QWidget* parent)
                      Style::TextRole::secondary);
     text->setWordWrap(true);
 
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(Style::smallGap);
-    texts->addWidget(headline_);
-    texts->addWidget(text);
-
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Style::cardPadding, Style::cardPadding, Style::cardPadding,
-                               Style::cardPadding);
-    layout->setSpacing(Style::cardPadding);
-    layout->addWidget(symbol);
-    layout->addLayout(texts, 1);
-    layout->addWidget(rescan_);
+    const LeadingSymbolLayout layout =
+        layOutWithLeadingSymbol(this, symbol, Style::cardPadding, Style::cardPadding);
+    layout.column->addWidget(headline_);
+    layout.column->addWidget(text);
+    layout.row->setAlignment(symbol, Qt::AlignVCenter);
+    layout.row->addWidget(rescan_);
 
     connect(rescan_, &QPushButton::clicked, this, [this] { state_.startScan(); });
     auto follow = [this] { rescan_->setEnabled(!state_.isScanning()); };

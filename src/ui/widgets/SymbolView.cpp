@@ -39,7 +39,7 @@ void SymbolView::paintEvent(QPaintEvent*) {
     const QColor colour = colour_.isValid() ? colour_ : Style::tint(tint_, palette());
     if (badge_) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(Style::faded(colour, palette(), 0.16));
+        painter.setBrush(Style::faded(colour, 0.16));
         painter.drawEllipse(rect());
         const int inner = size_ / 2;
         const QRect symbolRect((size_ - inner) / 2, (size_ - inner) / 2, inner, inner);
