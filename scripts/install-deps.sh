@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ pkg-config
     libgtest-dev libgmock-dev
-    qt6-base-dev
+    qt6-base-dev libqt6svg6 adwaita-icon-theme
     nlohmann-json3-dev libplist-dev libssl-dev
     zlib1g-dev
     clang clang-format

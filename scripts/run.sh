@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds Dorvik and runs it on the home folder.
+# Installs what is needed, builds Dorvik and starts the desktop application.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 scripts/build.sh release
-exec build/src/cli/dorvik-cli scan --home "$@"
+exec build/src/ui/dorvik "$@"

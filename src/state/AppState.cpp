@@ -245,6 +245,18 @@ void AppState::cancelScan() {
     setIsScanning(false);
 }
 
+void AppState::refreshFullDiskAccess() {
+    setHasFullDiskAccess(probeAccess());
+}
+
+void AppState::applicationBecameActive() {
+    refreshFullDiskAccess();
+    if (showAccessOnboarding_ && hasFullDiskAccess_) {
+        setShowAccessOnboarding(false);
+        startScan();
+    }
+}
+
 void AppState::restoreLastScan() {
     isRestoringScan_ = true;
     emit isRestoringScanChanged();

@@ -112,6 +112,11 @@ public:
     // access asks first (showAccessOnboarding) unless the user declined before.
     void startScan(std::optional<ScanTarget> target = std::nullopt);
     void cancelScan();
+    // Runs the access probe again and keeps its answer.
+    void refreshFullDiskAccess();
+    // The program came back to the front: access may have been given meanwhile. If the access
+    // sheet is up and access is there now, the sheet goes and the scan it held back starts.
+    void applicationBecameActive();
     // Opens the explorer at the node's folder (its parent for a file).
     void revealNode(const FileNodePtr& node);
     // After a removal: marks the paths that are gone and rewrites the archive a little later.

@@ -1,10 +1,10 @@
 // AppState's removal flows under a real event loop: a plan proposed and executed, the engine on a
 // worker, the history, the model, the toast and undo. Each test has its own home and data folder.
 
-#include "EventLoop.h"
 #include "scanning/FileNode.h"
 #include "state/AppState.h"
 #include "state/Settings.h"
+#include "support/EventLoop.h"
 #include "support/ScratchMount.h"
 #include "support/TempDir.h"
 #include "support/TestHome.h"

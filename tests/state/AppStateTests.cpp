@@ -1,9 +1,11 @@
-#include "EventLoop.h"
 #include "TreeGenerator.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
 #include "state/AppState.h"
+#include "state/ScanStaleness.h"
 #include "state/Settings.h"
+#include "support/Environment.h"
+#include "support/EventLoop.h"
 #include "support/TempDir.h"
 
 #include <QCoreApplication>
@@ -191,6 +193,58 @@ TEST_F(AppStateTest, AccessOnboardingStopsAWholeScanUntilSkipped) {
     EXPECT_TRUE(state.isScanning());
     EXPECT_FALSE(state.showAccessOnboarding());
     state.cancelScan();
+}
+
+TEST_F(AppStateTest, AccessGivenWhileAwayClosesTheSheetAndStartsTheScan) {
+    test::writeFile(dir / "home/a.txt", 10);
+    test::ScopedEnvironment home("HOME", dir / "home");
+    auto access = std::make_shared<bool>(false);
+    AppStateOptions withProbe = options();
+    withProbe.accessProbe = [access] { return *access; };
+    AppState state(withProbe);
+    settle();
+
+    state.applicationBecameActive(); // nothing held back: nothing starts
+    EXPECT_FALSE(state.isScanning());
+    state.startScan(ScanTarget::home());
+    ASSERT_TRUE(state.showAccessOnboarding());
+    state.applicationBecameActive(); // still no access: the sheet stays
+    EXPECT_TRUE(state.showAccessOnboarding());
+    EXPECT_FALSE(state.isScanning());
+
+    *access = true;
+    state.applicationBecameActive();
+    EXPECT_TRUE(state.hasFullDiskAccess());
+    EXPECT_FALSE(state.showAccessOnboarding());
+    EXPECT_TRUE(state.isScanning());
+    ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
+    settle();
+    ASSERT_TRUE(state.scan());
+    EXPECT_EQ(state.scan()->rootPath, dir / "home");
+
+    *access = false;
+    state.refreshFullDiskAccess();
+    EXPECT_FALSE(state.hasFullDiskAccess());
+}
+
+TEST(ScanStaleness, ADayAfterTheScanEnded) {
+    ScanResult scan;
+    scan.finishedAt = 1'000'000;
+    struct Case {
+        bool hasScan;
+        bool isScanning;
+        double age;
+        bool stale;
+    };
+    const Case cases[] = {
+        {true, false, 86399, false}, {true, false, 86400, false},  {true, false, 86401, true},
+        {true, true, 90000, false},  {false, false, 90000, false},
+    };
+    for (const Case& c : cases) {
+        const std::optional<ScanResult> held = c.hasScan ? std::optional(scan) : std::nullopt;
+        EXPECT_EQ(isScanStale(held, c.isScanning, scan.finishedAt + c.age), c.stale)
+            << c.hasScan << c.isScanning << " " << c.age;
+    }
 }
 
 // Counts the archive files renamed into place while the event loop runs for `period`.

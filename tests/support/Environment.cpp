@@ -1,5 +1,7 @@
 #include "support/Environment.h"
 
+#include "support/TempDir.h"
+
 #include <cstdlib>
 #include <time.h>
 
@@ -21,6 +23,13 @@ ScopedEnvironment::~ScopedEnvironment() {
         unsetenv(name_.c_str());
     }
     tzset();
+}
+
+void usePrivateFolders(const std::string& root) {
+    setenv("XDG_CONFIG_HOME", (root + "/config").c_str(), 1);
+    setenv("XDG_DATA_HOME", (root + "/data").c_str(), 1);
+    setenv("HOME", (root + "/home").c_str(), 1);
+    makeFolder(root + "/home");
 }
 
 } // namespace dorvik::test

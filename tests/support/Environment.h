@@ -19,4 +19,8 @@ private:
     std::optional<std::string> previous_;
 };
 
+// Points the settings, the application's files and the home folder of the whole test run into
+// `root` (a temporary folder), so that no test reads or writes the user's own.
+void usePrivateFolders(const std::string& root);
+
 } // namespace dorvik::test

@@ -1,0 +1,75 @@
+#include "ui/LaunchOptions.h"
+
+#include "ui/QtText.h"
+
+#include <cstring>
+
+namespace dorvik {
+
+namespace {
+
+constexpr const char* screenshotOption = "--screenshot";
+
+QSize parseSize(const QString& text) {
+    const QStringList parts = text.split(QLatin1Char('x'));
+    bool wideOk = false;
+    bool highOk = false;
+    const int width = parts.size() == 2 ? parts[0].toInt(&wideOk) : 0;
+    const int height = parts.size() == 2 ? parts[1].toInt(&highOk) : 0;
+    if (!wideOk || !highOk || width <= 0 || height <= 0) {
+        throw LaunchOptionsError("--size wants WIDTHxHEIGHT, for instance 1200x800, not " +
+                                 stdText(text));
+    }
+    return {width, height};
+}
+
+} // namespace
+
+LaunchOptions parseLaunchOptions(const QStringList& arguments) {
+    LaunchOptions options;
+    bool wantsScreenshotOnly = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& option = arguments[i];
+        if (i + 1 >= arguments.size()) {
+            throw LaunchOptionsError("unknown option or missing value: " + stdText(option));
+        }
+        const QString value = arguments[++i];
+        if (option == QLatin1String(screenshotOption)) {
+            options.screenshotFile = value;
+        } else if (option == QLatin1String("--section")) {
+            options.section = appSectionFromRaw(stdText(value));
+            if (!options.section) {
+                throw LaunchOptionsError("no section is called " + stdText(value));
+            }
+            wantsScreenshotOnly = true;
+        } else if (option == QLatin1String("--size")) {
+            options.size = parseSize(value);
+            wantsScreenshotOnly = true;
+        } else if (option == QLatin1String("--appearance")) {
+            if (value != QLatin1String("system") && value != QLatin1String("light") &&
+                value != QLatin1String("dark")) {
+                throw LaunchOptionsError("--appearance is system, light or dark, not " +
+                                         stdText(value));
+            }
+            options.appearance = appAppearanceFromRaw(value);
+            wantsScreenshotOnly = true;
+        } else {
+            throw LaunchOptionsError("unknown option: " + stdText(option));
+        }
+    }
+    if (wantsScreenshotOnly && options.screenshotFile.isEmpty()) {
+        throw LaunchOptionsError("--section, --size and --appearance go with --screenshot FILE");
+    }
+    return options;
+}
+
+bool asksForScreenshot(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], screenshotOption) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace dorvik

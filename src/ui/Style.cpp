@@ -1,0 +1,218 @@
+#include "ui/Style.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QStyle>
+
+#include <array>
+
+namespace dorvik::Style {
+
+namespace {
+
+struct RoleFont {
+    TextRole role;
+    const char* name; // the value of the "textRole" property the stylesheet matches
+    double scale;     // of the application's font size
+    QFont::Weight weight;
+};
+
+constexpr std::array<RoleFont, 7> roleFonts = {{
+    {TextRole::body, "body", 1.0, QFont::Normal},
+    {TextRole::pageTitle, "pageTitle", 1.75, QFont::Bold},
+    {TextRole::headline, "headline", 1.15, QFont::DemiBold},
+    {TextRole::secondary, "secondary", 1.0, QFont::Normal},
+    {TextRole::tertiary, "tertiary", 1.0, QFont::Normal},
+    {TextRole::caption, "caption", 0.85, QFont::Normal},
+    {TextRole::captionTertiary, "captionTertiary", 0.85, QFont::Normal},
+}};
+
+const RoleFont& roleFont(TextRole role) {
+    return roleFonts[static_cast<size_t>(role)];
+}
+
+QString css(const QColor& colour) {
+    return colour.name(colour.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+}
+
+void repolish(QWidget* widget) {
+    widget->style()->unpolish(widget);
+    widget->style()->polish(widget);
+    widget->update();
+}
+
+} // namespace
+
+QColor hex(std::string_view rgb) {
+    return QColor(QString::fromLatin1(rgb.data(), static_cast<qsizetype>(rgb.size())));
+}
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < 128;
+}
+
+QColor secondaryText(const QPalette& palette) {
+    return palette.color(QPalette::PlaceholderText);
+}
+
+QColor tertiaryText(const QPalette& palette) {
+    QColor colour = palette.color(QPalette::PlaceholderText);
+    colour.setAlphaF(0.7f);
+    return colour;
+}
+
+QColor accent(const QPalette& palette) {
+    return palette.color(QPalette::Highlight);
+}
+
+QColor warning(const QPalette& palette) {
+    return isDark(palette) ? hex("#FF9F0A") : hex("#E08600");
+}
+
+QColor positive(const QPalette& palette) {
+    return isDark(palette) ? hex("#30D158") : hex("#1E9E42");
+}
+
+QColor danger(const QPalette& palette) {
+    return isDark(palette) ? hex("#FF453A") : hex("#E0352B");
+}
+
+QColor separator(const QPalette& palette) {
+    return isDark(palette) ? hex("#3A3A3E") : hex("#DCDCE0");
+}
+
+QColor card(const QPalette& palette) {
+    return palette.color(QPalette::AlternateBase);
+}
+
+QColor tint(Tint tint, const QPalette& palette) {
+    switch (tint) {
+    case Tint::text:
+        return palette.color(QPalette::WindowText);
+    case Tint::secondary:
+        return secondaryText(palette);
+    case Tint::accent:
+        return accent(palette);
+    case Tint::warning:
+        return warning(palette);
+    case Tint::positive:
+        return positive(palette);
+    case Tint::danger:
+        return danger(palette);
+    }
+    return palette.color(QPalette::WindowText);
+}
+
+QColor faded(const QColor& colour, double opacity) {
+    QColor result = colour;
+    result.setAlphaF(static_cast<float>(opacity));
+    return result;
+}
+
+void setTextRole(QWidget* widget, TextRole role) {
+    const RoleFont& spec = roleFont(role);
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * spec.scale);
+    font.setWeight(spec.weight);
+    widget->setFont(font);
+    widget->setProperty("textRole", QString::fromLatin1(spec.name));
+    repolish(widget);
+}
+
+QLabel* label(const QString& text, TextRole role, QWidget* parent) {
+    auto* result = new QLabel(text, parent);
+    result->setTextFormat(Qt::PlainText);
+    setTextRole(result, role);
+    return result;
+}
+
+void setSegment(QAbstractButton* button, Segment segment) {
+    static constexpr std::array<const char*, 4> names = {"first", "middle", "last", "menu"};
+    button->setProperty("segment", QString::fromLatin1(names[static_cast<size_t>(segment)]));
+    repolish(button);
+}
+
+void setProminent(QAbstractButton* button, bool prominent) {
+    if (button->property("prominent").toBool() != prominent) {
+        button->setProperty("prominent", prominent);
+        repolish(button);
+    }
+}
+
+void makeCard(QWidget* widget) {
+    widget->setProperty("card", true);
+    widget->setAttribute(Qt::WA_StyledBackground, true);
+    repolish(widget);
+}
+
+QString styleSheet(const QPalette& palette) {
+    const QColor accentColour = accent(palette);
+    const QColor base = palette.color(QPalette::Base);
+    const QColor window = palette.color(QPalette::Window);
+    QString sheet;
+    sheet += QStringLiteral("QWidget[page=\"true\"] { background: %1; }\n").arg(css(base));
+    sheet += QStringLiteral("QWidget[sidebar=\"true\"] { background: %1; }\n").arg(css(window));
+    sheet += QStringLiteral("*[textRole=\"secondary\"], *[textRole=\"caption\"] { color: %1; }\n")
+                 .arg(css(secondaryText(palette)));
+    sheet +=
+        QStringLiteral("*[textRole=\"tertiary\"], *[textRole=\"captionTertiary\"] { color: %1; }\n")
+            .arg(css(tertiaryText(palette)));
+    sheet += QStringLiteral("*[card=\"true\"] { background: %1; border: 1px solid %2;"
+                            " border-radius: %3px; }\n")
+                 .arg(css(card(palette)), css(separator(palette)))
+                 .arg(cardRadius);
+    sheet += QStringLiteral("*[card=\"true\"] QLabel { background: transparent; border: none; }\n");
+    const QColor button = palette.color(QPalette::Button);
+    const QColor border = isDark(palette) ? hex("#4A4A4F") : hex("#C8C8CD");
+    sheet += QStringLiteral("QPushButton { background: %1; color: %2; border: 1px solid %3;"
+                            " border-radius: 6px; padding: 4px 14px; min-height: 18px; }\n")
+                 .arg(css(button), css(palette.color(QPalette::ButtonText)), css(border));
+    sheet += QStringLiteral("QPushButton:hover { background: %1; }\n")
+                 .arg(css(isDark(palette) ? button.lighter(115) : button.darker(104)));
+    sheet += QStringLiteral("QPushButton:pressed, QPushButton:checked { background: %1; }\n")
+                 .arg(css(isDark(palette) ? button.lighter(135) : button.darker(112)));
+    sheet += QStringLiteral("QPushButton:disabled { color: %1; }\n")
+                 .arg(css(palette.color(QPalette::Disabled, QPalette::ButtonText)));
+    sheet += QStringLiteral("QPushButton:focus { border-color: %1; }\n").arg(css(accentColour));
+    sheet += QStringLiteral("QPushButton[prominent=\"true\"] { background: %1; color: %2;"
+                            " border-color: %3; }\n")
+                 .arg(css(accentColour), css(palette.color(QPalette::HighlightedText)),
+                      css(accentColour.darker(115)));
+    sheet += QStringLiteral("QPushButton[prominent=\"true\"]:hover { background: %1; }\n")
+                 .arg(css(accentColour.lighter(108)));
+    sheet += QStringLiteral("QPushButton[prominent=\"true\"]:pressed { background: %1; }\n")
+                 .arg(css(accentColour.darker(120)));
+    sheet += QStringLiteral("QPushButton[prominent=\"true\"]:disabled {"
+                            " background: %1; border-color: %1; color: %2; }\n")
+                 .arg(css(faded(accentColour, 0.35)), css(base));
+    // Buttons joined side by side, as one control.
+    sheet +=
+        QStringLiteral("QPushButton[segment=\"first\"] { border-top-right-radius: 0;"
+                       " border-bottom-right-radius: 0; }\n"
+                       "QPushButton[segment=\"middle\"] { border-radius: 0; border-left: none; }\n"
+                       "QPushButton[segment=\"last\"] { border-top-left-radius: 0;"
+                       " border-bottom-left-radius: 0; border-left: none; }\n"
+                       "QPushButton[segment=\"menu\"] { border-top-left-radius: 0;"
+                       " border-bottom-left-radius: 0; padding: 4px 8px; }\n"
+                       "QPushButton[segment=\"menu\"]::menu-indicator {"
+                       " subcontrol-position: center; subcontrol-origin: padding; }\n");
+    sheet +=
+        QStringLiteral("QPushButton:checked { background: %1; color: %2; border-color: %3; }\n")
+            .arg(css(accentColour), css(palette.color(QPalette::HighlightedText)),
+                 css(accentColour.darker(115)));
+    sheet += QStringLiteral("QTableView { background: %1; alternate-background-color: %2;"
+                            " selection-background-color: %3; selection-color: %4; }\n")
+                 .arg(css(base), css(card(palette)), css(accentColour),
+                      css(palette.color(QPalette::HighlightedText)));
+    sheet += QStringLiteral("QHeaderView { background: %1; border: none; }\n"
+                            "QHeaderView::section { background: %1; color: %2; border: none;"
+                            " border-bottom: 1px solid %3; padding: 5px 3px; font-weight: 600; }\n")
+                 .arg(css(base), css(secondaryText(palette)), css(separator(palette)));
+    sheet += QStringLiteral("QSplitter::handle { background: %1; }\n").arg(css(separator(palette)));
+    sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget > QWidget { background: %1; }\n")
+                 .arg(css(base));
+    return sheet;
+}
+
+} // namespace dorvik::Style

@@ -1,0 +1,89 @@
+#include "ui/pages/Pages.h"
+
+#include "ui/pages/PendingPage.h"
+#include "ui/pages/history/HistoryView.h"
+
+#include <map>
+
+namespace dorvik {
+
+namespace {
+
+// The headers of the pages still to come, and what their scan prompts say.
+const std::map<AppSection, PendingPageTexts>& pendingPages() {
+    static const std::map<AppSection, PendingPageTexts> pages = {
+        {AppSection::smartClean, {"Quick Clean", "", nullptr, nullptr}},
+        {AppSection::overview,
+         {"Overview", "", "What’s taking up your disk?",
+          "Dorvik measures your whole disk (real size on APFS, without counting hard links "
+          "twice) and breaks it down by category, folder and file type."}},
+        {AppSection::trends,
+         {"Trends",
+          "When your disk would fill up at the current pace, and what grew since an earlier "
+          "scan.",
+          nullptr, nullptr}},
+        {AppSection::explorer,
+         {"Folder explorer",
+          "Browse folder by folder sorted by size, like a Finder that shows what everything "
+          "really takes up.",
+          "Nothing to explore yet", "Scan your disk to browse it folder by folder, by size."}},
+        {AppSection::types,
+         {"By File Type", "Based on each file’s extension, wherever it is.", "Files by type",
+          "Videos, photos, documents, installers, archives… Scan your disk to see them "
+          "grouped."}},
+        {AppSection::large,
+         {"Large & Old", "Every scanned file. Sort by any column and combine filters.",
+          "Large & Old",
+          "Scan your disk to list every file over 512 KB, with filters for size, date, type "
+          "and category."}},
+        {AppSection::systemData,
+         {"System Data",
+          "What macOS lumps together as “System Data” in Storage settings, explained piece by "
+          "piece.",
+          nullptr, nullptr}},
+        {AppSection::cloud,
+         {"iCloud Drive",
+          "Files iCloud keeps downloaded on this Mac. Remove the download and they stay in "
+          "iCloud, ready to download again when you open them.",
+          nullptr, nullptr}},
+        {AppSection::apps,
+         {"Applications",
+          "Every app along with the data it keeps outside its bundle: caches, containers, "
+          "preferences…",
+          nullptr, nullptr}},
+        {AppSection::leftovers,
+         {"App Leftovers", "Data in ~/Library from apps that are no longer installed on this Mac.",
+          nullptr, nullptr}},
+        {AppSection::loginItems,
+         {"Login Items",
+          "Background agents and daemons that start with your Mac. Removing one stops it from "
+          "launching; the app itself stays installed.",
+          nullptr, nullptr}},
+        {AppSection::junk,
+         {"Junk", "Everything Quick Clean checks, item by item.", nullptr, nullptr}},
+        {AppSection::developer,
+         {"Developer",
+          "Dependencies and build artifacts that can be regenerated: node_modules, virtual "
+          "environments, DerivedData, package caches.",
+          "Scan your disk first",
+          "Scan your disk (or your home folder) to find node_modules and virtual environments "
+          "in your projects."}},
+        {AppSection::duplicates,
+         {"Duplicates",
+          "Byte-for-byte identical files (SHA-256). Delete the extra copies, or keep them all "
+          "and let them share the same space on disk.",
+          "Scan your disk first", "Duplicates are found among the files from the last scan."}},
+    };
+    return pages;
+}
+
+} // namespace
+
+QWidget* makePage(AppSection section, AppState& state) {
+    if (section == AppSection::history) {
+        return new HistoryView(state);
+    }
+    return new PendingPage(state, pendingPages().at(section));
+}
+
+} // namespace dorvik

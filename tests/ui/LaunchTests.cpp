@@ -1,0 +1,85 @@
+#include "support/TempDir.h"
+#include "ui/LaunchOptions.h"
+
+#include <QImage>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+namespace dorvik {
+namespace {
+
+TEST(LaunchOptions, TheCommandLine) {
+    const LaunchOptions plain = parseLaunchOptions({});
+    EXPECT_TRUE(plain.screenshotFile.isEmpty());
+
+    const LaunchOptions full = parseLaunchOptions({"--screenshot", "a.png", "--section", "history",
+                                                   "--size", "1200x800", "--appearance", "dark"});
+    EXPECT_EQ(full.screenshotFile, "a.png");
+    EXPECT_EQ(full.section, AppSection::history);
+    EXPECT_EQ(full.size, QSize(1200, 800));
+    EXPECT_EQ(full.appearance, AppAppearance::dark);
+
+    const QStringList wrong[] = {
+        {"--section", "history"},                       // no screenshot to take
+        {"--screenshot", "a.png", "--section", "Junk"}, // raw values only
+        {"--screenshot", "a.png", "--size", "1200"},    // no height
+        {"--screenshot", "a.png", "--size", "0x800"},   // no width
+        {"--screenshot", "a.png", "--appearance", "sepia"},
+        {"--screenshot"}, // no file
+        {"--verbose", "1"},
+    };
+    for (const QStringList& arguments : wrong) {
+        EXPECT_THROW(parseLaunchOptions(arguments), LaunchOptionsError)
+            << arguments.join(' ').toStdString();
+    }
+}
+
+// Runs the application; its exit status, or -1 when it did not end in time.
+int runApplication(const QStringList& arguments) {
+    QProcess process;
+    process.start(QStringLiteral(DORVIK_APP), arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+        process.kill();
+        return -1;
+    }
+    return process.exitCode();
+}
+
+double meanLightness(const QImage& image) {
+    double sum = 0;
+    for (int y = 0; y < image.height(); y += 4) {
+        for (int x = 0; x < image.width(); x += 4) {
+            sum += image.pixelColor(x, y).lightnessF();
+        }
+    }
+    return sum / ((image.height() / 4.0) * (image.width() / 4.0));
+}
+
+TEST(Screenshot, TheApplicationDrawsItsWindowIntoAFile) {
+    test::TempDir dir;
+    const QString light = QString::fromStdString(dir / "light.png");
+    const QString dark = QString::fromStdString(dir / "dark.png");
+    ASSERT_EQ(runApplication({"--screenshot", light, "--section", "history", "--size", "1200x800",
+                              "--appearance", "light"}),
+              0);
+    ASSERT_EQ(runApplication({"--screenshot", dark, "--section", "history", "--size", "1200x800",
+                              "--appearance", "dark"}),
+              0);
+    const QImage lightImage(light);
+    const QImage darkImage(dark);
+    EXPECT_EQ(lightImage.size(), QSize(1200, 800));
+    EXPECT_EQ(darkImage.size(), QSize(1200, 800));
+    EXPECT_GT(meanLightness(lightImage), 0.8);
+    EXPECT_LT(meanLightness(darkImage), 0.25);
+
+    // Smaller than the window can be: the window keeps its least size.
+    const QString small = QString::fromStdString(dir / "small.png");
+    ASSERT_EQ(runApplication({"--screenshot", small, "--size", "400x300"}), 0);
+    EXPECT_EQ(QImage(small).size(), QSize(1040, 680));
+
+    EXPECT_EQ(runApplication({"--screenshot", small, "--section", "nowhere"}), 2);
+    EXPECT_EQ(runApplication({"--screenshot", QString::fromStdString(dir / "no/such/dir.png")}), 1);
+}
+
+} // namespace
+} // namespace dorvik
