@@ -111,12 +111,12 @@ QColor faded(const QColor& colour, double opacity) {
 }
 
 void setTextRole(QWidget* widget, TextRole role) {
-    const RoleFont& spec = roleFont(role);
+    const RoleFont& roleStyle = roleFont(role);
     QFont font = QApplication::font();
-    font.setPointSizeF(font.pointSizeF() * spec.scale);
-    font.setWeight(spec.weight);
+    font.setPointSizeF(font.pointSizeF() * roleStyle.scale);
+    font.setWeight(roleStyle.weight);
     widget->setFont(font);
-    widget->setProperty("textRole", QString::fromLatin1(spec.name));
+    widget->setProperty("textRole", QString::fromLatin1(roleStyle.name));
     repolish(widget);
 }
 
