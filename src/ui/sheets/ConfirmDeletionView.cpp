@@ -136,19 +136,20 @@ public:
         painter->setFont(option.font);
         painter->setPen(palette.color(QPalette::Text));
         painter->drawText(
-            QRect(textLeft, top, textWidth, bodyMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
+            QRect(textLeft, top, textWidth, bodyMetrics.height()),
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
             bodyMetrics.elidedText(index.data().toString(), Qt::ElideRight, textWidth));
         painter->setFont(small);
         painter->setPen(Style::secondaryText(palette));
         const int reasonTop = top + bodyMetrics.height();
         painter->drawText(
             QRect(textLeft, reasonTop, textWidth, smallMetrics.height()),
-            Qt::AlignLeft | Qt::AlignVCenter,
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
             smallMetrics.elidedText(index.data(reasonRole).toString(), Qt::ElideRight, textWidth));
         painter->setPen(Style::tertiaryText(palette));
         painter->drawText(
             QRect(textLeft, reasonTop + smallMetrics.height(), textWidth, smallMetrics.height()),
-            Qt::AlignLeft | Qt::AlignVCenter,
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
             smallMetrics.elidedText(index.data(pathRole).toString(), Qt::ElideMiddle, textWidth));
 
         painter->setFont(option.font);

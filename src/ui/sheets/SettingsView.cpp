@@ -64,6 +64,9 @@ QWidget* SettingsView::makeGeneralTab() {
         button->setCheckable(true);
         button->setChecked(choice == appearance_.appearance());
         group->addButton(button, static_cast<int>(choice));
+        Style::setSegment(button, choice == allAppAppearances.front()  ? Style::Segment::first
+                                  : choice == allAppAppearances.back() ? Style::Segment::last
+                                                                       : Style::Segment::middle);
         segmentsLayout->addWidget(button);
         appearanceButtons_.append(button);
     }

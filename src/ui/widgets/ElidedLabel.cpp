@@ -35,7 +35,7 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     // The stylesheet's colour for the text role arrives through the palette's WindowText.
     painter.setPen(palette().color(QPalette::WindowText));
     const QString shown = fontMetrics().elidedText(text_, Qt::ElideMiddle, width());
-    painter.drawText(rect(), Qt::AlignVCenter | alignment_, shown);
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::TextDontClip | alignment_, shown);
 }
 
 } // namespace dorvik

@@ -65,14 +65,14 @@ public:
                                  : palette.color(QPalette::Text));
         painter->drawText(
             QRect(area.left(), top, area.width(), bodyMetrics.height()),
-            Qt::AlignLeft | Qt::AlignVCenter,
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
             bodyMetrics.elidedText(index.data().toString(), Qt::ElideRight, area.width()));
         painter->setFont(small);
         painter->setPen(selected ? palette.color(QPalette::HighlightedText)
                                  : Style::secondaryText(palette));
         painter->drawText(
             QRect(area.left(), top + bodyMetrics.height(), area.width(), smallMetrics.height()),
-            Qt::AlignLeft | Qt::AlignVCenter,
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
             smallMetrics.elidedText(index.data(HistoryModel::pathRole).toString(), Qt::ElideMiddle,
                                     area.width()));
         painter->restore();
