@@ -20,6 +20,7 @@ struct Command {
 int runScan(Arguments& arguments);
 int runTrends(Arguments& arguments);
 int runLoad(Arguments& arguments);
+int runFiles(Arguments& arguments);
 int runVerdict(Arguments& arguments);
 int runJunk(Arguments& arguments);
 int runRemove(Arguments& arguments);

@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/ScanReport.h"
-#include "platform/FileSystem.h"
-#include "scanning/ScanArchive.h"
+#include "cli/ScanSource.h"
 
 namespace dorvik::cli {
 
@@ -24,14 +23,7 @@ int runLoad(Arguments& arguments) {
     if (!path) {
         throw UsageError("give the archive to load");
     }
-    if (!platform::pathExists(*path)) {
-        throw InputError("no such file: " + *path);
-    }
-    const auto archived = ScanArchive::read(*path);
-    if (!archived) {
-        throw InputError("not a Dorvik scan archive: " + *path);
-    }
-    printScanReport(archived->scan, static_cast<size_t>(top), json);
+    printScanReport(loadArchivedScan(*path), static_cast<size_t>(top), json);
     return 0;
 }
 

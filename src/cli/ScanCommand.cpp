@@ -1,13 +1,10 @@
 #include "cli/Commands.h"
 #include "cli/ScanReport.h"
-#include "platform/FileSystem.h"
-#include "platform/Terminal.h"
+#include "cli/ScanSource.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
 #include "scanning/ScanTarget.h"
-#include "scanning/Scanner.h"
 #include "system/Dates.h"
-#include "system/TextForms.h"
 #include "system/VolumeInfo.h"
 #include "trends/TrendStore.h"
 
@@ -19,17 +16,6 @@
 namespace dorvik::cli {
 
 namespace {
-
-// One line of live progress on a terminal, rewritten in place.
-void showProgress(int64_t files, int64_t bytes, const std::string& path) {
-    constexpr size_t shownPathLength = 60;
-    std::string shown = displayPath(path);
-    if (shown.size() > shownPathLength) {
-        shown = "\u2026" + shown.substr(shown.size() - shownPathLength);
-    }
-    std::cerr << "\r\033[K" << TextForms::count(files) << " files, " << TextForms::size(bytes)
-              << "  " << shown << std::flush;
-}
 
 struct Recording {
     std::string directory;
@@ -89,20 +75,7 @@ int runScan(Arguments& arguments) {
         target = ScanTarget::folder(normalisedPath("."));
     }
     const std::string root = target->rootPath();
-    if (!platform::pathExists(root)) {
-        throw InputError("no such folder: " + root);
-    }
-    if (!platform::isDirectory(root)) {
-        throw InputError("not a folder: " + root);
-    }
-
-    Scanner scanner;
-    const bool live = platform::standardErrorIsTerminal();
-    const auto result =
-        scanner.scan(root, excluded, live ? Scanner::ProgressCallback(showProgress) : nullptr);
-    if (live) {
-        std::cerr << "\r\033[K" << std::flush;
-    }
+    const auto result = scanOnTerminal(root, excluded);
     if (!result) {
         std::cerr << "dorvik-cli: could not scan " << root << "\n";
         return 1;

@@ -19,6 +19,10 @@ constexpr std::array commands = {
             "[--save FILE]",
             runScan},
     Command{"load", "load FILE [--top N] [--json]", runLoad},
+    Command{"files",
+            "files [PATH | --load FILE] [--min-size N] [--older-than DAYS] [--kind K]... "
+            "[--bucket B] [--query Q] [--csv FILE]",
+            runFiles},
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
     Command{"verdict", "verdict [--json] PATH...", runVerdict},
     Command{"junk", "junk [--json]", runJunk},

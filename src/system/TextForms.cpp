@@ -3,7 +3,9 @@
 #include "platform/LocalTime.h"
 #include "system/Dates.h"
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -191,6 +193,23 @@ std::string abbreviatedDateTime(double date) {
     const int hour = local->hour % 12 == 0 ? 12 : local->hour % 12;
     const std::string minute = (local->minute < 10 ? "0" : "") + std::to_string(local->minute);
     return day + " at " + std::to_string(hour) + ":" + minute + (local->hour < 12 ? " AM" : " PM");
+}
+
+std::string iso8601(double date) {
+    using namespace std::chrono;
+    // Years 1 to 9999, the calendar's four digits; beyond them the nearest end.
+    constexpr double first = -62135596800.0;
+    constexpr double last = 253402300799.0;
+    const double clamped = std::isnan(date) ? 0 : std::clamp(std::floor(date), first, last);
+    const sys_seconds seconds(sys_seconds::duration(static_cast<int64_t>(clamped)));
+    const auto day = floor<days>(seconds);
+    const year_month_day calendar(day);
+    const hh_mm_ss<sys_seconds::duration> time(seconds - day);
+    char text[40];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(calendar.year()),
+                  unsigned(calendar.month()), unsigned(calendar.day()), int(time.hours().count()),
+                  int(time.minutes().count()), int(time.seconds().count()));
+    return text;
 }
 
 std::string durationPhrase(double days) {

@@ -35,6 +35,10 @@ std::string abbreviatedDate(double date);
 // "Mar 5, 2025 at 3:07 PM" in the local time zone; "—" as for the date alone.
 std::string abbreviatedDateTime(double date);
 
+// "2025-03-05T14:07:09Z": the moment in UTC to the second, as data files and exports write it.
+// Fractions of a second are dropped.
+std::string iso8601(double date);
+
 // A span of days in words: "less than a day", "about 12 days", "about 5 months", "more than 2
 // years".
 std::string durationPhrase(double days);

@@ -179,6 +179,22 @@ TEST(TextForms, DatesFollowTheLocalTimeZone) {
     }
 }
 
+TEST(TextForms, Iso8601IsUtcWhateverTheZone) {
+    test::ScopedEnvironment zone("TZ", "EAST-3");
+    const struct {
+        double date;
+        std::string text;
+    } cases[] = {
+        {noonMarch15, "2025-03-15T12:00:00Z"}, {noonMarch15 + 0.999, "2025-03-15T12:00:00Z"},
+        {0, "1970-01-01T00:00:00Z"},           {-1, "1969-12-31T23:59:59Z"},
+        {951782400, "2000-02-29T00:00:00Z"},   {1e300, "9999-12-31T23:59:59Z"},
+        {-1e300, "0001-01-01T00:00:00Z"},      {std::nan(""), "1970-01-01T00:00:00Z"},
+    };
+    for (const auto& [date, text] : cases) {
+        EXPECT_EQ(iso8601(date), text) << date;
+    }
+}
+
 TEST(TextForms, AbbreviatedDate) {
     test::ScopedEnvironment zone("TZ", "UTC0");
     EXPECT_EQ(abbreviatedDate(noonMarch15), "Mar 15, 2025");

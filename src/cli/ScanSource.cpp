@@ -1,0 +1,59 @@
+#include "cli/ScanSource.h"
+
+#include "cli/Arguments.h"
+#include "platform/FileSystem.h"
+#include "platform/Terminal.h"
+#include "scanning/ScanArchive.h"
+#include "scanning/ScanPaths.h"
+#include "scanning/Scanner.h"
+#include "system/TextForms.h"
+
+#include <iostream>
+
+namespace dorvik::cli {
+
+namespace {
+
+// One line of live progress on a terminal, rewritten in place.
+void showProgress(int64_t files, int64_t bytes, const std::string& path) {
+    constexpr size_t shownPathLength = 60;
+    std::string shown = displayPath(path);
+    if (shown.size() > shownPathLength) {
+        shown = "\u2026" + shown.substr(shown.size() - shownPathLength);
+    }
+    std::cerr << "\r\033[K" << TextForms::count(files) << " files, " << TextForms::size(bytes)
+              << "  " << shown << std::flush;
+}
+
+} // namespace
+
+std::optional<ScanResult> scanOnTerminal(const std::string& root,
+                                         const std::set<std::string>& excluded) {
+    if (!platform::pathExists(root)) {
+        throw InputError("no such folder: " + root);
+    }
+    if (!platform::isDirectory(root)) {
+        throw InputError("not a folder: " + root);
+    }
+    Scanner scanner;
+    const bool live = platform::standardErrorIsTerminal();
+    auto result =
+        scanner.scan(root, excluded, live ? Scanner::ProgressCallback(showProgress) : nullptr);
+    if (live) {
+        std::cerr << "\r\033[K" << std::flush;
+    }
+    return result;
+}
+
+ScanResult loadArchivedScan(const std::string& path) {
+    if (!platform::pathExists(path)) {
+        throw InputError("no such file: " + path);
+    }
+    auto archived = ScanArchive::read(path);
+    if (!archived) {
+        throw InputError("not a Dorvik scan archive: " + path);
+    }
+    return std::move(archived->scan);
+}
+
+} // namespace dorvik::cli

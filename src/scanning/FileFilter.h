@@ -1,0 +1,46 @@
+#pragma once
+
+// The predicate of the file lists: which scanned files a list shows. The number fields are tested
+// first and a path is only built when the query or the folder needs one, so that filtering
+// hundreds of thousands of files stays quick.
+
+#include "scanning/FileKind.h"
+#include "scanning/FileNode.h"
+#include "scanning/StorageBucket.h"
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace dorvik {
+
+struct FileFilter {
+    std::string query;        // a "/" in it searches whole paths, otherwise names
+    std::set<FileKind> kinds; // empty allows every kind
+    std::optional<StorageBucket> bucket;
+    int64_t minSize = 0;
+    std::optional<int> modifiedOlderThanDays;
+    std::optional<std::string> pathPrefix; // a canonical folder path, compared as plain text
+    bool hideProtected = false;            // travels with the filter; matching leaves it alone
+
+    bool operator==(const FileFilter&) const = default;
+
+    // `now` is seconds since 1970.
+    bool matches(const FileNode& node, double now) const;
+};
+
+// A filter made ready for many nodes: the query is folded to lower case once.
+class FileFilterMatcher {
+public:
+    explicit FileFilterMatcher(FileFilter filter);
+
+    bool operator()(const FileNode& node, double now) const;
+
+private:
+    FileFilter filter_;
+    std::u32string foldedQuery_;
+    bool queryIsPath_;
+};
+
+} // namespace dorvik

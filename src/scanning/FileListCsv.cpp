@@ -1,0 +1,51 @@
+#include "scanning/FileListCsv.h"
+
+#include "platform/FileIO.h"
+#include "scanning/ScanPaths.h"
+#include "system/TextForms.h"
+
+namespace dorvik {
+
+namespace {
+
+void appendField(std::string& row, std::string_view field) {
+    row += '"';
+    for (char c : field) {
+        if (c == '"') {
+            row += '"';
+        }
+        row += c;
+    }
+    row += '"';
+}
+
+} // namespace
+
+std::string fileListCsv(const std::vector<FileNodePtr>& nodes) {
+    std::string text(fileListCsvHeader);
+    for (const auto& node : nodes) {
+        const std::string fields[] = {
+            canonicalPath(node->path()),
+            node->name,
+            std::to_string(node->size),
+            std::to_string(node->logicalSize),
+            std::string(info(node->kind).displayName),
+            std::string(info(node->bucket).displayName),
+            TextForms::iso8601(node->modified),
+        };
+        for (size_t i = 0; i < std::size(fields); ++i) {
+            if (i > 0) {
+                text += ',';
+            }
+            appendField(text, fields[i]);
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+bool writeFileListCsv(const std::string& path, const std::vector<FileNodePtr>& nodes) {
+    return platform::writeFileAtomically(path, fileListCsv(nodes));
+}
+
+} // namespace dorvik
