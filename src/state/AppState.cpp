@@ -2,6 +2,7 @@
 
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
+#include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
 #include "state/Settings.h"
 #include "system/FullDiskAccess.h"
@@ -110,6 +111,22 @@ std::vector<std::string> AppState::excludedPaths() const {
         paths.push_back(line.toStdString());
     }
     return paths;
+}
+
+void AppState::appendExcludedPath(const std::string& path) {
+    QString raw = excludedRaw();
+    if (!raw.isEmpty() && !raw.endsWith(QLatin1Char('\n'))) {
+        raw += QLatin1Char('\n');
+    }
+    setExcludedRaw(raw + QString::fromStdString(canonicalPath(path)));
+}
+
+void AppState::setLargeFilter(FileFilter filter) {
+    if (filter == largeFilter_) {
+        return;
+    }
+    largeFilter_ = std::move(filter);
+    emit largeFilterChanged();
 }
 
 bool AppState::permanentDelete() const {

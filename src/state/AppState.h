@@ -9,6 +9,7 @@
 #include "removal/DeletionPlan.h"
 #include "removal/DeletionRequest.h"
 #include "removal/Toast.h"
+#include "scanning/FileFilter.h"
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
@@ -70,12 +71,20 @@ public:
     void setExcludedRaw(const QString& raw);
     // The excluded folders, one canonical path a line of excludedRaw.
     std::vector<std::string> excludedPaths() const;
+    // Adds a folder's canonical path as the last line; a twin line is harmless, as scans take
+    // the lines as a set. It takes effect at the next scan.
+    void appendExcludedPath(const std::string& path);
     bool permanentDelete() const;
     void setPermanentDelete(bool permanent);
     bool accessOnboardingSkipped() const;
     void setAccessOnboardingSkipped(bool skipped);
 
     TrendStore& trends() { return trends_; }
+
+    // The filter of the large-files page; other pages may set it before they send the user
+    // there.
+    const FileFilter& largeFilter() const { return largeFilter_; }
+    void setLargeFilter(FileFilter filter);
 
     // The batch awaiting confirmation, the message after the last removal or undo, what the last
     // run that wasn't quiet refused, and the log of all removals.
@@ -137,6 +146,7 @@ signals:
     void hasFullDiskAccessChanged();
     void showAccessOnboardingChanged();
     void settingsChanged();
+    void largeFilterChanged();
     void planChanged();
     void toastChanged();
     void failuresChanged();
@@ -170,6 +180,7 @@ private:
     int revision_ = 0;
     std::optional<VolumeInfo> volume_;
     std::vector<FileNodePtr> explorerStack_;
+    FileFilter largeFilter_;
     bool hasFullDiskAccess_ = false;
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;

@@ -19,6 +19,7 @@ inline constexpr const char* excludedPaths = "excludedPaths";
 inline constexpr const char* accessOnboardingSkipped = "accessOnboardingSkipped";
 inline constexpr const char* initialSection = "initialSection";
 inline constexpr const char* autoScan = "autoScan";
+inline constexpr const char* explorerMode = "explorerMode";
 
 } // namespace dorvik::SettingKeys
 

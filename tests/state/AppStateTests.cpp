@@ -324,6 +324,18 @@ TEST_F(AppStateTest, ExcludedPathsAreLinesOfTheSetting) {
     state.startScan(ScanTarget::folder(dir / "x"));
     ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
     EXPECT_EQ(state.scan()->totalFiles, 1);
+
+    // What a list's menu appends lands as a canonical line of its own, even after a last line
+    // without its line feed; a twin changes nothing for the scan.
+    state.setExcludedRaw(QString::fromStdString(dir / "x/skip"));
+    state.appendExcludedPath("/System/Volumes/Data" + (dir / "x/keep"));
+    state.appendExcludedPath(dir / "x/keep");
+    EXPECT_EQ(state.excludedPaths(),
+              (std::vector<std::string>{dir / "x/skip", dir / "x/keep", dir / "x/keep"}));
+    state.startScan(ScanTarget::folder(dir / "x"));
+    ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
+    EXPECT_EQ(state.scan()->totalFiles, 0);
+
     EXPECT_FALSE(state.permanentDelete());
     state.setPermanentDelete(true);
     EXPECT_TRUE(AppState(options()).permanentDelete());
