@@ -38,14 +38,7 @@ StorageBucket bucketNamed(const std::string& name) {
 
 // The files of the scan that pass, largest first as the list shows them at first.
 std::vector<FileNodePtr> filteredFiles(const ScanResult& scan, const FileFilter& filter) {
-    const FileFilterMatcher matches(filter);
-    const double now = Dates::now();
-    std::vector<FileNodePtr> files;
-    for (const auto& file : scan.files) {
-        if (!file->deleted && matches(*file, now)) {
-            files.push_back(file);
-        }
-    }
+    std::vector<FileNodePtr> files = filterFiles(scan.files, filter, Dates::now());
     std::stable_sort(files.begin(), files.end(),
                      [](const FileNodePtr& a, const FileNodePtr& b) { return a->size > b->size; });
     return files;

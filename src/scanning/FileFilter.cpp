@@ -49,4 +49,16 @@ bool FileFilterMatcher::operator()(const FileNode& node, double now) const {
     return true;
 }
 
+std::vector<FileNodePtr> filterFiles(const std::vector<FileNodePtr>& files,
+                                     const FileFilter& filter, double now) {
+    const FileFilterMatcher matches(filter);
+    std::vector<FileNodePtr> passed;
+    for (const auto& file : files) {
+        if (!file->deleted && matches(*file, now)) {
+            passed.push_back(file);
+        }
+    }
+    return passed;
+}
+
 } // namespace dorvik

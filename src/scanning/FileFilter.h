@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace dorvik {
 
@@ -42,5 +43,9 @@ private:
     std::u32string foldedQuery_;
     bool queryIsPath_;
 };
+
+// The files still there (not `deleted`) that pass the filter, in the order given.
+std::vector<FileNodePtr> filterFiles(const std::vector<FileNodePtr>& files,
+                                     const FileFilter& filter, double now);
 
 } // namespace dorvik

@@ -168,6 +168,11 @@ QString styleSheet(const QPalette& palette) {
     sheet += QStringLiteral("QPushButton { background: %1; color: %2; border: 1px solid %3;"
                             " border-radius: 6px; padding: 4px 14px; min-height: 18px; }\n")
                  .arg(css(button), css(palette.color(QPalette::ButtonText)), css(border));
+    sheet +=
+        QStringLiteral("QLineEdit { background: %1; color: %2; border: 1px solid %3;"
+                       " border-radius: 6px; padding: 3px 4px; min-height: 18px; }\n"
+                       "QLineEdit:focus { border-color: %4; }\n")
+            .arg(css(base), css(palette.color(QPalette::Text)), css(border), css(accentColour));
     sheet += QStringLiteral("QPushButton:hover { background: %1; }\n")
                  .arg(css(isDark(palette) ? button.lighter(115) : button.darker(104)));
     sheet += QStringLiteral("QPushButton:pressed, QPushButton:checked { background: %1; }\n")
@@ -205,9 +210,10 @@ QString styleSheet(const QPalette& palette) {
                             " selection-background-color: %3; selection-color: %4; }\n")
                  .arg(css(base), css(card(palette)), css(accentColour),
                       css(palette.color(QPalette::HighlightedText)));
-    sheet += QStringLiteral("QHeaderView { background: %1; border: none; }\n"
-                            "QHeaderView::section { background: %1; color: %2; border: none;"
-                            " border-bottom: 1px solid %3; padding: 5px 3px; font-weight: 600; }\n")
+    sheet += QStringLiteral(
+                 "QHeaderView { background: %1; border: none; }\n"
+                 "QHeaderView::section { background: %1; color: %2; border: none;"
+                 " border-bottom: 1px solid %3; padding: 5px 16px 5px 3px; font-weight: 600; }\n")
                  .arg(css(base), css(secondaryText(palette)), css(separator(palette)));
     sheet += QStringLiteral("QSplitter::handle { background: %1; }\n").arg(css(separator(palette)));
     sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget > QWidget { background: %1; }\n")

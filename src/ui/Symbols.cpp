@@ -20,6 +20,7 @@ constexpr auto symbolIcons = std::to_array<SymbolIcon>({
     {"chart.pie.fill", "x-office-presentation-symbolic"},
     {"chart.line.uptrend.xyaxis", "network-cellular-signal-excellent-symbolic"},
     {"folder.fill", "folder-symbolic"},
+    {"folder", "folder-symbolic"},
     {"square.stack.3d.up.fill", "view-paged-symbolic"},
     {"arrow.up.left.and.arrow.down.right", "view-fullscreen-symbolic"},
     {"gearshape.2.fill", "system-run-symbolic"},

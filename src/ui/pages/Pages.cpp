@@ -2,6 +2,8 @@
 
 #include "ui/pages/PendingPage.h"
 #include "ui/pages/history/HistoryView.h"
+#include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/types/TypesView.h"
 
 #include <map>
 
@@ -27,15 +29,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Browse folder by folder sorted by size, like a Finder that shows what everything "
           "really takes up.",
           "Nothing to explore yet", "Scan your disk to browse it folder by folder, by size."}},
-        {AppSection::types,
-         {"By File Type", "Based on each file’s extension, wherever it is.", "Files by type",
-          "Videos, photos, documents, installers, archives… Scan your disk to see them "
-          "grouped."}},
-        {AppSection::large,
-         {"Large & Old", "Every scanned file. Sort by any column and combine filters.",
-          "Large & Old",
-          "Scan your disk to list every file over 512 KB, with filters for size, date, type "
-          "and category."}},
         {AppSection::systemData,
          {"System Data",
           "What macOS lumps together as “System Data” in Storage settings, explained piece by "
@@ -80,10 +73,17 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
 } // namespace
 
 QWidget* makePage(AppSection section, AppState& state) {
-    if (section == AppSection::history) {
+    switch (section) {
+    case AppSection::history:
         return new HistoryView(state);
+    case AppSection::large:
+        return new LargeFilesView(state);
+    case AppSection::types:
+        return new TypesView(state);
+    default:
+        break;
     }
-    return new PendingPage(state, pendingPages().at(section));
+    return makePendingPage(state, pendingPages().at(section));
 }
 
 } // namespace dorvik

@@ -1,44 +1,36 @@
 #include "ui/pages/PendingPage.h"
 
-#include "state/AppState.h"
 #include "ui/Style.h"
-#include "ui/shell/ScanPrompt.h"
-#include "ui/shell/ScanToolbar.h"
-#include "ui/widgets/PageHeader.h"
+#include "ui/pages/ScanPage.h"
 
 #include <QLabel>
-#include <QStackedLayout>
 #include <QVBoxLayout>
 
 namespace dorvik {
 
-PendingPage::PendingPage(AppState& state, const PendingPageTexts& texts, QWidget* parent)
-    : Page(QString::fromUtf8(texts.title), QString::fromUtf8(texts.subtitle), parent),
-      state_(state) {
-    if (texts.promptTitle == nullptr) {
-        body()->addWidget(makeNote(), 1);
-        return;
-    }
-    header()->addTrailing(new ScanToolbar(state));
-    stack_ = new QStackedLayout;
-    stack_->addWidget(new ScanPrompt(state, QString::fromUtf8(texts.promptTitle),
-                                     QString::fromUtf8(texts.promptMessage)));
-    stack_->addWidget(makeNote());
-    body()->addLayout(stack_, 1);
-    auto follow = [this] { stack_->setCurrentIndex(state_.scan() ? 1 : 0); };
-    connect(&state, &AppState::scanChanged, this, follow);
-    follow();
-}
+namespace {
 
-bool PendingPage::showsScanPrompt() const {
-    return stack_ != nullptr && stack_->currentIndex() == 0;
-}
-
-QWidget* PendingPage::makeNote() {
-    auto* note = Style::label(tr("This page comes in a later version of Dorvik."),
+QLabel* makeNote() {
+    auto* note = Style::label(QObject::tr("This page comes in a later version of Dorvik."),
                               Style::TextRole::tertiary);
     note->setAlignment(Qt::AlignCenter);
     return note;
+}
+
+} // namespace
+
+Page* makePendingPage(AppState& state, const PendingPageTexts& texts) {
+    const QString title = QString::fromUtf8(texts.title);
+    const QString subtitle = QString::fromUtf8(texts.subtitle);
+    if (texts.promptTitle == nullptr) {
+        auto* page = new Page(title, subtitle);
+        page->body()->addWidget(makeNote(), 1);
+        return page;
+    }
+    auto* page = new ScanPage(state, title, subtitle, QString::fromUtf8(texts.promptTitle),
+                              QString::fromUtf8(texts.promptMessage));
+    page->setContent(makeNote());
+    return page;
 }
 
 } // namespace dorvik

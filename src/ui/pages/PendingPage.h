@@ -6,8 +6,6 @@
 
 #include "ui/pages/Page.h"
 
-class QStackedLayout;
-
 namespace dorvik {
 
 class AppState;
@@ -20,19 +18,7 @@ struct PendingPageTexts {
     const char* promptMessage;
 };
 
-class PendingPage : public Page {
-public:
-    PendingPage(AppState& state, const PendingPageTexts& texts, QWidget* parent = nullptr);
-
-    bool worksFromScan() const { return stack_ != nullptr; }
-    // For a page that works from a scan: whether the scan prompt is on show.
-    bool showsScanPrompt() const;
-
-private:
-    QWidget* makeNote();
-
-    AppState& state_;
-    QStackedLayout* stack_ = nullptr;
-};
+// A ScanPage for a section that works from a scan, a plain Page otherwise.
+Page* makePendingPage(AppState& state, const PendingPageTexts& texts);
 
 } // namespace dorvik

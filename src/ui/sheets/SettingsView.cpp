@@ -5,8 +5,8 @@
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/widgets/SegmentedControl.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -47,32 +47,25 @@ SettingsView::SettingsView(AppState& state, AppearanceController& appearance, QW
 }
 
 QAbstractButton* SettingsView::appearanceButton(int index) const {
-    return appearanceButtons_.value(index);
+    return appearancePicker_->segment(index);
 }
 
 QWidget* SettingsView::makeGeneralTab() {
     auto* tab = new QWidget;
 
-    // A segmented picker: one checkable button for each appearance, side by side.
+    appearancePicker_ = new SegmentedControl;
+    for (AppAppearance choice : allAppAppearances) {
+        appearancePicker_->addSegment(static_cast<int>(choice), qtText(info(choice).label));
+    }
+    appearancePicker_->setChosen(static_cast<int>(appearance_.appearance()));
+    appearancePicker_->onChosen = [this](int id) {
+        appearance_.setAppearance(static_cast<AppAppearance>(id));
+    };
     auto* segments = new QWidget;
     auto* segmentsLayout = new QHBoxLayout(segments);
     segmentsLayout->setContentsMargins(0, 0, 0, 0);
-    segmentsLayout->setSpacing(0);
-    auto* group = new QButtonGroup(segments);
-    for (AppAppearance choice : allAppAppearances) {
-        auto* button = new QPushButton(qtText(info(choice).label));
-        button->setCheckable(true);
-        button->setChecked(choice == appearance_.appearance());
-        group->addButton(button, static_cast<int>(choice));
-        Style::setSegment(button, choice == allAppAppearances.front()  ? Style::Segment::first
-                                  : choice == allAppAppearances.back() ? Style::Segment::last
-                                                                       : Style::Segment::middle);
-        segmentsLayout->addWidget(button);
-        appearanceButtons_.append(button);
-    }
+    segmentsLayout->addWidget(appearancePicker_);
     segmentsLayout->addStretch();
-    connect(group, &QButtonGroup::idClicked, this,
-            [this](int id) { appearance_.setAppearance(static_cast<AppAppearance>(id)); });
 
     permanentDelete_ = new QCheckBox(tr("Delete permanently instead of using the Trash"));
     permanentDelete_->setChecked(state_.permanentDelete());

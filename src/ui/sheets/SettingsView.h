@@ -12,6 +12,7 @@ namespace dorvik {
 
 class AppState;
 class AppearanceController;
+class SegmentedControl;
 
 inline constexpr QSize settingsViewSize{580, 460};
 
@@ -27,7 +28,7 @@ private:
 
     AppState& state_;
     AppearanceController& appearance_;
-    QList<QAbstractButton*> appearanceButtons_;
+    SegmentedControl* appearancePicker_ = nullptr;
     QCheckBox* permanentDelete_ = nullptr;
 };
 

@@ -7,6 +7,7 @@
 #include "ui/pages/history/HistoryModel.h"
 #include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/LeadingSymbolLayout.h"
+#include "ui/widgets/ListTable.h"
 #include "ui/widgets/PageHeader.h"
 #include "ui/widgets/SymbolView.h"
 
@@ -166,17 +167,8 @@ QTableView* HistoryView::makeTable() {
     table->setModel(model_);
     table->setItemDelegateForColumn(HistoryModel::item, new ItemDelegate(table));
     table->setItemDelegateForColumn(HistoryModel::restore, new RestoreDelegate(state_, table));
-    table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->setShowGrid(false);
-    table->setFrameShape(QFrame::NoFrame);
-    table->setAlternatingRowColors(true);
-    table->setWordWrap(false);
-    table->verticalHeader()->hide();
-    table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    styleListTable(table, rowHeight);
     QHeaderView* columns = table->horizontalHeader();
-    columns->setHighlightSections(false);
     columns->setSectionResizeMode(HistoryModel::item, QHeaderView::Stretch);
     columns->resizeSection(HistoryModel::date, 180);
     columns->resizeSection(HistoryModel::size, 96);

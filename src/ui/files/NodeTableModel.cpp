@@ -1,0 +1,230 @@
+#include "ui/files/NodeTableModel.h"
+
+#include "removal/SafetyRules.h"
+#include "system/TextForms.h"
+#include "ui/QtText.h"
+#include "ui/Symbols.h"
+
+#include <QIcon>
+
+#include <algorithm>
+#include <map>
+
+namespace dorvik {
+
+namespace {
+
+QString title(NodeColumn column) {
+    switch (column) {
+    case NodeColumn::name:
+        return QObject::tr("Name");
+    case NodeColumn::size:
+        return QObject::tr("Size");
+    case NodeColumn::files:
+        return QObject::tr("Files");
+    case NodeColumn::kind:
+        return QObject::tr("Kind");
+    case NodeColumn::category:
+        return QObject::tr("Category");
+    case NodeColumn::modified:
+        return QObject::tr("Modified");
+    case NodeColumn::lastOpened:
+        return QObject::tr("Last opened");
+    case NodeColumn::risk:
+        return QObject::tr("Risk");
+    }
+    return {};
+}
+
+std::string_view symbolOf(const FileNode& node) {
+    if (node.unreadable) {
+        return "lock.fill";
+    }
+    return node.isDirectory && !node.isPackage ? "folder" : info(node.kind).symbol;
+}
+
+const QIcon& iconOf(const FileNode& node) {
+    static std::map<std::string_view, QIcon> icons;
+    const std::string_view symbol = symbolOf(node);
+    auto found = icons.find(symbol);
+    if (found == icons.end()) {
+        found = icons.emplace(symbol, Symbols::icon(symbol, Style::Tint::secondary)).first;
+    }
+    return found->second;
+}
+
+// Names as a person sorts them: letters without regard to case, then the bytes as they are.
+bool nameBefore(const std::string& a, const std::string& b) {
+    const auto lower = [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c + 32)
+                                    : static_cast<unsigned char>(c);
+    };
+    const auto folded =
+        std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                     [&](char x, char y) { return lower(x) < lower(y); });
+    if (folded) {
+        return true;
+    }
+    const auto after =
+        std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(),
+                                     [&](char x, char y) { return lower(x) < lower(y); });
+    return !after && a < b;
+}
+
+// Whether `a` comes before `b` in the column's rising order.
+bool before(NodeColumn column, const FileNode& a, const FileNode& b) {
+    switch (column) {
+    case NodeColumn::name:
+        return nameBefore(a.name, b.name);
+    case NodeColumn::size:
+        return a.size < b.size;
+    case NodeColumn::files:
+        return a.fileCount < b.fileCount;
+    case NodeColumn::kind:
+        return info(a.kind).displayName < info(b.kind).displayName;
+    case NodeColumn::category:
+        return info(a.bucket).displayName < info(b.bucket).displayName;
+    case NodeColumn::modified:
+        return a.modified < b.modified;
+    case NodeColumn::lastOpened:
+        return a.accessed < b.accessed;
+    case NodeColumn::risk:
+        return false;
+    }
+    return false;
+}
+
+QString text(NodeColumn column, const FileNode& node) {
+    switch (column) {
+    case NodeColumn::name:
+        return qtText(node.name);
+    case NodeColumn::size:
+        return qtText(TextForms::size(node.size));
+    case NodeColumn::files:
+        return qtText(TextForms::count(node.fileCount)) +
+               (node.isDirectory ? QObject::tr(" files") : QString());
+    case NodeColumn::kind:
+        return qtText(info(node.kind).displayName);
+    case NodeColumn::category:
+        return qtText(info(node.bucket).displayName);
+    case NodeColumn::modified:
+        return qtText(TextForms::abbreviatedDate(node.modified));
+    case NodeColumn::lastOpened:
+        return qtText(TextForms::abbreviatedDate(node.accessed));
+    case NodeColumn::risk:
+        return {};
+    }
+    return {};
+}
+
+} // namespace
+
+NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent)
+    : QAbstractTableModel(parent), columns_(std::move(columns)) {}
+
+void NodeTableModel::setNodes(std::vector<FileNodePtr> nodes) {
+    beginResetModel();
+    nodes_ = std::move(nodes);
+    sortRows();
+    endResetModel();
+}
+
+int NodeTableModel::rowOf(const FileNodePtr& node) const {
+    const auto found = std::find(nodes_.begin(), nodes_.end(), node);
+    return found == nodes_.end() ? -1 : static_cast<int>(found - nodes_.begin());
+}
+
+int NodeTableModel::columnOf(NodeColumn column) const {
+    const auto found = std::find(columns_.begin(), columns_.end(), column);
+    return found == columns_.end() ? -1 : static_cast<int>(found - columns_.begin());
+}
+
+void NodeTableModel::sortBy(NodeColumn column, Qt::SortOrder order) {
+    if (column == NodeColumn::risk) {
+        return;
+    }
+    emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    sortColumn_ = column;
+    sortOrder_ = order;
+    sortRows();
+    emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+void NodeTableModel::sortRows() {
+    const NodeColumn column = sortColumn_;
+    if (sortOrder_ == Qt::AscendingOrder) {
+        std::stable_sort(nodes_.begin(), nodes_.end(),
+                         [column](const FileNodePtr& a, const FileNodePtr& b) {
+                             return before(column, *a, *b);
+                         });
+    } else {
+        std::stable_sort(nodes_.begin(), nodes_.end(),
+                         [column](const FileNodePtr& a, const FileNodePtr& b) {
+                             return before(column, *b, *a);
+                         });
+    }
+}
+
+int NodeTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(nodes_.size());
+}
+
+int NodeTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) {
+        return {};
+    }
+    const FileNode& row = *node(index.row());
+    const NodeColumn column = columnAt(index.column());
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(column, row);
+    case Qt::DecorationRole:
+        return column == NodeColumn::name ? QVariant(iconOf(row)) : QVariant();
+    case Qt::TextAlignmentRole:
+        return column == NodeColumn::size || column == NodeColumn::files
+                   ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                   : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    case Qt::ToolTipRole:
+        if (column == NodeColumn::risk) {
+            return qtText(SafetyRules::verdict(row.path()).reason);
+        }
+        if (column == NodeColumn::name && row.unreadable) {
+            return tr("No permission to read. Grant Full Disk Access.");
+        }
+        return {};
+    case riskRole:
+        return column == NodeColumn::risk
+                   ? QVariant(static_cast<int>(SafetyRules::verdict(row.path()).risk))
+                   : QVariant();
+    default:
+        return {};
+    }
+}
+
+QVariant NodeTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) {
+        return {};
+    }
+    if (role == Qt::DisplayRole) {
+        return title(columnAt(section));
+    }
+    if (role == Qt::TextAlignmentRole) {
+        const NodeColumn column = columnAt(section);
+        return column == NodeColumn::size || column == NodeColumn::files
+                   ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                   : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    return {};
+}
+
+void NodeTableModel::sort(int column, Qt::SortOrder order) {
+    if (column >= 0 && column < columnCount()) {
+        sortBy(columnAt(column), order);
+    }
+}
+
+} // namespace dorvik

@@ -1,0 +1,53 @@
+#pragma once
+
+// Scanned nodes as the rows of a table, in the columns a page asks for. It sorts its rows itself,
+// on plain numbers and bytes, so that a list of hundreds of thousands of files re-sorts at once;
+// a new list of rows keeps the sort in force.
+
+#include "scanning/FileNode.h"
+
+#include <QAbstractTableModel>
+
+#include <vector>
+
+namespace dorvik {
+
+enum class NodeColumn { name, size, files, kind, category, modified, lastOpened, risk };
+
+class NodeTableModel : public QAbstractTableModel {
+public:
+    // The verdict's risk (an int of Risk) and its reason, asked of the safety rules each time,
+    // for the rows on show only.
+    static constexpr int riskRole = Qt::UserRole + 1;
+
+    explicit NodeTableModel(std::vector<NodeColumn> columns, QObject* parent = nullptr);
+
+    void setNodes(std::vector<FileNodePtr> nodes);
+    // The rows in the order shown.
+    const std::vector<FileNodePtr>& nodes() const { return nodes_; }
+    const FileNodePtr& node(int row) const { return nodes_.at(static_cast<size_t>(row)); }
+    int rowOf(const FileNodePtr& node) const;
+
+    NodeColumn columnAt(int column) const { return columns_.at(static_cast<size_t>(column)); }
+    int columnOf(NodeColumn column) const;
+    // Rows from now on come in this order; ties keep the order they came in.
+    void sortBy(NodeColumn column, Qt::SortOrder order);
+    NodeColumn sortColumn() const { return sortColumn_; }
+    Qt::SortOrder sortOrder() const { return sortOrder_; }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+private:
+    void sortRows();
+
+    std::vector<NodeColumn> columns_;
+    std::vector<FileNodePtr> nodes_;
+    NodeColumn sortColumn_ = NodeColumn::size;
+    Qt::SortOrder sortOrder_ = Qt::DescendingOrder;
+};
+
+} // namespace dorvik

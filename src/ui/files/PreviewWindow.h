@@ -1,0 +1,42 @@
+#pragma once
+
+// A quick look at a file without opening its application: a picture shown whole, the start of
+// a text, or for anything else the facts the scan knows. Space or Escape closes it.
+
+#include "scanning/FileNode.h"
+
+#include <QDialog>
+
+class QLabel;
+class QPlainTextEdit;
+class QStackedLayout;
+
+namespace dorvik {
+
+class PreviewWindow : public QDialog {
+public:
+    explicit PreviewWindow(QWidget* parent = nullptr);
+
+    void showNode(const FileNodePtr& node);
+    const FileNodePtr& node() const { return node_; }
+
+    enum class Showing { picture, text, facts };
+    Showing showing() const;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void showPicture();
+
+    FileNodePtr node_;
+    QImage picture_;
+    QStackedLayout* stack_;
+    QLabel* pictureLabel_;
+    QPlainTextEdit* text_;
+    QLabel* facts_;
+    QLabel* caption_;
+};
+
+} // namespace dorvik

@@ -1,0 +1,313 @@
+// The file lists: the table's sort, the filter bar, the node menu, the preview, and the two pages
+// over a real scan of real files.
+
+#include "UiTest.h"
+#include "scanning/MarkRemoved.h"
+#include "ui/files/FileListPanel.h"
+#include "ui/files/FilesTable.h"
+#include "ui/files/FilterBar.h"
+#include "ui/files/NodeActions.h"
+#include "ui/files/NodeTableModel.h"
+#include "ui/files/PreviewWindow.h"
+#include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/types/KindTile.h"
+#include "ui/pages/types/TypesView.h"
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QImage>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTest>
+#include <QToolButton>
+
+namespace dorvik {
+namespace {
+
+using test::settle;
+
+FileNodePtr node(const FileNodePtr& parent, const std::string& name, bool directory = false,
+                 FileKind kind = FileKind::other, StorageBucket bucket = StorageBucket::other) {
+    auto made = std::make_shared<FileNode>(name, directory, false, kind, bucket);
+    if (parent) {
+        FileNode::adopt(parent, made);
+    }
+    return made;
+}
+
+std::vector<std::string> names(const std::vector<FileNodePtr>& nodes) {
+    std::vector<std::string> result;
+    for (const auto& each : nodes) {
+        result.push_back(each->name);
+    }
+    return result;
+}
+
+QStringList actionTexts(const QMenu& menu) {
+    QStringList texts;
+    for (const QAction* action : menu.actions()) {
+        if (!action->isSeparator()) {
+            texts << action->text();
+        }
+    }
+    return texts;
+}
+
+QAction* actionNamed(const QMenu& menu, const QString& text) {
+    for (QAction* action : menu.actions()) {
+        if (action->text() == text) {
+            return action;
+        }
+    }
+    return nullptr;
+}
+
+class FileListTest : public test::UiTest {};
+
+TEST_F(FileListTest, EveryColumnSortsBothWaysAndRiskNotAtAll) {
+    const auto root = node(nullptr, "/r", true);
+    struct Row {
+        const char* name;
+        int64_t size;
+        int64_t files;
+        FileKind kind;
+        StorageBucket bucket;
+        double modified;
+        double accessed;
+    };
+    for (const Row& row : {
+             Row{"beta", 300, 1, FileKind::video, StorageBucket::documents, 20, 5},
+             Row{"Alpha", 100, 3, FileKind::audio, StorageBucket::video, 30, 6},
+             Row{"alpha", 200, 2, FileKind::image, StorageBucket::other, 10, 4},
+         }) {
+        const auto made = node(root, row.name, false, row.kind, row.bucket);
+        made->size = row.size;
+        made->fileCount = row.files;
+        made->modified = row.modified;
+        made->accessed = row.accessed;
+    }
+    NodeTableModel model({NodeColumn::name, NodeColumn::size, NodeColumn::files, NodeColumn::kind,
+                          NodeColumn::category, NodeColumn::modified, NodeColumn::lastOpened,
+                          NodeColumn::risk});
+    model.setNodes(root->children);
+    EXPECT_EQ(names(model.nodes()), (std::vector<std::string>{"beta", "alpha", "Alpha"}))
+        << "largest first before any click";
+
+    const struct {
+        NodeColumn column;
+        std::vector<std::string> rising;
+    } cases[] = {
+        // Case is ignored first, so the two alphas stand together, capital first.
+        {NodeColumn::name, {"Alpha", "alpha", "beta"}},
+        {NodeColumn::size, {"Alpha", "alpha", "beta"}},
+        {NodeColumn::files, {"beta", "alpha", "Alpha"}},
+        {NodeColumn::kind, {"Alpha", "alpha", "beta"}},     // Audio, Images, Video
+        {NodeColumn::category, {"beta", "alpha", "Alpha"}}, // Documents, Other, Video
+        {NodeColumn::modified, {"alpha", "beta", "Alpha"}},
+        {NodeColumn::lastOpened, {"alpha", "beta", "Alpha"}},
+    };
+    for (const auto& [column, rising] : cases) {
+        model.sort(model.columnOf(column), Qt::AscendingOrder);
+        EXPECT_EQ(names(model.nodes()), rising) << model.columnOf(column);
+        model.sort(model.columnOf(column), Qt::DescendingOrder);
+        EXPECT_EQ(names(model.nodes()), std::vector<std::string>(rising.rbegin(), rising.rend()))
+            << model.columnOf(column);
+    }
+    const std::vector<std::string> before = names(model.nodes());
+    model.sort(model.columnOf(NodeColumn::risk), Qt::AscendingOrder);
+    EXPECT_EQ(names(model.nodes()), before);
+    EXPECT_EQ(model.sortColumn(), NodeColumn::lastOpened);
+
+    // New rows come in the sort in force.
+    model.setNodes({root->children[1], root->children[0]});
+    EXPECT_EQ(names(model.nodes()), (std::vector<std::string>{"Alpha", "beta"}));
+}
+
+TEST_F(FileListTest, FilterBarEditsTheFilterAndShowsOneSetElsewhere) {
+    FilterBar bar;
+    std::vector<FileFilter> changes;
+    bar.onChange = [&](const FileFilter& filter) { changes.push_back(filter); };
+
+    // The menus' thresholds are binary, and "any" clears what it stands for.
+    bar.sizeMenu()->setCurrentIndex(4);
+    emit bar.sizeMenu()->activated(4);
+    EXPECT_EQ(bar.sizeMenu()->currentText(), "> 500 MB");
+    bar.dateMenu()->setCurrentIndex(1);
+    emit bar.dateMenu()->activated(1);
+    const int video = bar.categoryMenu()->findText("Video");
+    ASSERT_GT(video, 0);
+    EXPECT_EQ(bar.categoryMenu()->itemText(0), "All categories");
+    emit bar.categoryMenu()->activated(video);
+    bar.searchField()->setText("clip");
+    ASSERT_EQ(changes.size(), 4u);
+    EXPECT_EQ(changes.back().minSize, 524'288'000);
+    EXPECT_EQ(changes.back().modifiedOlderThanDays, 30);
+    EXPECT_EQ(changes.back().bucket, StorageBucket::video);
+    EXPECT_EQ(changes.back().query, "clip");
+    emit bar.categoryMenu()->activated(0);
+    emit bar.dateMenu()->activated(0);
+    EXPECT_FALSE(changes.back().bucket.has_value());
+    EXPECT_FALSE(changes.back().modifiedOlderThanDays.has_value());
+
+    // A filter set by another page: shown as it is, without an echo.
+    FileFilter elsewhere;
+    elsewhere.minSize = 500'000'000;
+    elsewhere.modifiedOlderThanDays = 180;
+    elsewhere.pathPrefix = "/home/ann/";
+    const size_t heard = changes.size();
+    bar.setFilter(elsewhere);
+    EXPECT_EQ(changes.size(), heard);
+    EXPECT_EQ(bar.sizeMenu()->currentText(), "> 500 MB");
+    EXPECT_EQ(bar.sizeMenu()->currentData().toLongLong(), 500'000'000);
+    EXPECT_EQ(bar.dateMenu()->currentText(), "> 6 months");
+    EXPECT_EQ(bar.searchField()->text(), "");
+    EXPECT_FALSE(bar.folderChip()->isHidden());
+    bar.clearFolderButton()->click();
+    EXPECT_FALSE(changes.back().pathPrefix.has_value());
+    EXPECT_EQ(changes.back().minSize, 500'000'000);
+    EXPECT_TRUE(bar.folderChip()->isHidden());
+}
+
+class ScannedFilesTest : public test::UiTest {
+protected:
+    void SetUp() override {
+        test::UiTest::SetUp();
+        test::writeFile(dir / "disk/Movies/trip.mov", 900'000);
+        test::writeFile(dir / "disk/Movies/clip.mp4", 600'000);
+        test::writeFile(dir / "disk/Movies/tiny.mp4", 20'000);
+        test::writeFile(dir / "disk/Docs/thesis.pdf", 700'000);
+        test::writeFile(dir / "disk/Docs/note.txt", 3'000);
+        state = makeState();
+        scanFolder(*state, dir / "disk");
+    }
+
+    std::unique_ptr<AppState> state;
+};
+
+TEST_F(ScannedFilesTest, LargeFilesFollowTheStatesFilterAndRemovals) {
+    LargeFilesView page(*state);
+    EXPECT_FALSE(page.showsScanPrompt());
+    EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"trip.mov", "thesis.pdf", "clip.mp4"}));
+
+    FileFilter videos;
+    videos.kinds = {FileKind::video};
+    state->setLargeFilter(videos);
+    EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"trip.mov", "clip.mp4"}));
+    EXPECT_EQ(page.list()->filterBar()->filter(), videos);
+
+    // The bar writes to the state, and the list follows.
+    page.list()->filterBar()->searchField()->setText("CLIP");
+    EXPECT_EQ(state->largeFilter().query, "CLIP");
+    EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"clip.mp4"}));
+
+    state->setLargeFilter({});
+    state->markRemoved({dir / "disk/Movies/trip.mov"});
+    EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"thesis.pdf", "clip.mp4"}));
+}
+
+TEST_F(ScannedFilesTest, TheNodeMenuOffersWhatTheNodesAllow) {
+    const ScanResult& scan = *state->scan();
+    const FileNodePtr movies = scan.root->children.at(0)->name == "Movies"
+                                   ? scan.root->children.at(0)
+                                   : scan.root->children.at(1);
+    const FileNodePtr trip = names(movies->children).at(0) == "trip.mov" ? movies->children.at(0)
+                                                                         : movies->children.at(1);
+    const auto preview = [](const FileNodePtr&) {};
+
+    QMenu* fileMenu = makeNodeContextMenu(*state, {trip}, preview, nullptr);
+    EXPECT_EQ(actionTexts(*fileMenu),
+              (QStringList{"Quick Look", "Show in Finder", "Open", "Copy Path",
+                           "Exclude from Scans", "Delete trip.mov"}));
+    QMenu* noPreview = makeNodeContextMenu(*state, {trip}, {}, nullptr);
+    EXPECT_FALSE(actionTexts(*noPreview).contains("Quick Look"));
+    QMenu* folderMenu = makeNodeContextMenu(*state, {movies}, preview, nullptr);
+    EXPECT_EQ(actionTexts(*folderMenu),
+              (QStringList{"Show in Finder", "Open", "Open in Explorer", "Copy Path",
+                           "Exclude from Scans", "Delete Movies"}));
+    QMenu* both = makeNodeContextMenu(*state, {trip, movies}, preview, nullptr);
+    EXPECT_EQ(actionTexts(*both).back(), "Delete Items");
+
+    actionNamed(*both, "Copy Path")->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
+              trip->path() + "\n" + movies->path());
+    actionNamed(*folderMenu, "Exclude from Scans")->trigger();
+    EXPECT_EQ(state->excludedPaths(), std::vector<std::string>{movies->path()});
+    actionNamed(*folderMenu, "Open in Explorer")->trigger();
+    EXPECT_EQ(state->section(), AppSection::explorer);
+    EXPECT_EQ(state->explorerStack().back(), movies);
+
+    // Children of a folder in the same plan are left out; everything goes to the Trash.
+    actionNamed(*both, "Delete Items")->trigger();
+    ASSERT_TRUE(state->plan());
+    EXPECT_EQ(state->plan()->title, "Delete Items");
+    ASSERT_EQ(state->plan()->items.size(), 1u);
+    EXPECT_EQ(state->plan()->items[0].path, movies->path());
+    EXPECT_EQ(state->plan()->items[0].removal, Removal::trash);
+    for (QMenu* menu : {fileMenu, noPreview, folderMenu, both}) {
+        delete menu;
+    }
+}
+
+TEST_F(ScannedFilesTest, TypesShowTilesOfKindsMetAndTheFilesOfTheOnePicked) {
+    TypesView page(*state);
+    page.show();
+    std::set<FileKind> tiled;
+    for (const KindTile* tile : page.tiles()) {
+        tiled.insert(tile->kind());
+    }
+    EXPECT_EQ(tiled, (std::set<FileKind>{FileKind::video, FileKind::document}));
+    EXPECT_FALSE(page.list()->isVisible());
+
+    page.pickKind(FileKind::video);
+    EXPECT_TRUE(page.list()->isVisible());
+    EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"trip.mov", "clip.mp4"}));
+    EXPECT_EQ(page.list()->footnote()->text(), "Only files over 512 KB are listed. The remaining 1 "
+                                               "smaller files still count toward the totals.");
+    EXPECT_EQ(page.list()->table()->nodeModel()->columnOf(NodeColumn::kind), -1);
+}
+
+TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRest) {
+    QImage picture(40, 30, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(QString::fromStdString(dir / "photo.png")));
+    test::writeText(dir / "notes.md", "# Plans\nnothing yet\n");
+    test::writeText(dir / "blob.bin", std::string("\x7f"
+                                                  "ELF\0\0\x01",
+                                                  7));
+    const auto root = node(nullptr, dir.path(), true);
+    const auto photo = node(root, "photo.png", false, FileKind::image);
+    const auto notes = node(root, "notes.md", false, FileKind::document);
+    const auto blob = node(root, "blob.bin");
+
+    auto state = makeState();
+    FilesTable table(*state, FilesTable::fileListColumns(true));
+    table.setNodes({photo, notes, blob});
+    table.show();
+    const struct {
+        FileNodePtr node;
+        PreviewWindow::Showing showing;
+    } cases[] = {
+        {photo, PreviewWindow::Showing::picture},
+        {notes, PreviewWindow::Showing::text},
+        {blob, PreviewWindow::Showing::facts},
+    };
+    for (const auto& [shown, showing] : cases) {
+        table.setCurrentIndex(table.model()->index(table.nodeModel()->rowOf(shown), 0));
+        QTest::keyClick(&table, Qt::Key_Space);
+        ASSERT_NE(table.previewWindow(), nullptr);
+        EXPECT_TRUE(table.previewWindow()->isVisible()) << shown->name;
+        EXPECT_EQ(table.previewWindow()->node(), shown);
+        EXPECT_EQ(table.previewWindow()->showing(), showing) << shown->name;
+        QTest::keyClick(&table, Qt::Key_Space);
+        EXPECT_FALSE(table.previewWindow()->isVisible()) << shown->name;
+    }
+}
+
+} // namespace
+} // namespace dorvik
