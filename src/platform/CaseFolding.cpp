@@ -76,7 +76,12 @@ char32_t nextCodePoint(std::string_view text, size_t& i) {
 
 std::u32string foldedCase(std::string_view utf8) {
     std::u32string folded;
-    folded.reserve(utf8.size());
+    appendFoldedCase(utf8, folded);
+    return folded;
+}
+
+void appendFoldedCase(std::string_view utf8, std::u32string& folded) {
+    folded.reserve(folded.size() + utf8.size());
     const locale_t locale = utf8Locale();
     for (size_t i = 0; i < utf8.size();) {
         const char32_t point = nextCodePoint(utf8, i);
@@ -88,7 +93,6 @@ std::u32string foldedCase(std::string_view utf8) {
             folded.push_back(static_cast<char32_t>(towlower_l(static_cast<wint_t>(point), locale)));
         }
     }
-    return folded;
 }
 
 bool containsFolded(const std::u32string& folded, const std::u32string& foldedQuery) {

@@ -12,6 +12,9 @@ namespace dorvik::platform {
 // point of its own (U+DC00 plus the byte), so it still matches only itself.
 std::u32string foldedCase(std::string_view utf8);
 
+// The same, appended to `folded`: a caller that folds many texts reuses one buffer.
+void appendFoldedCase(std::string_view utf8, std::u32string& folded);
+
 // Whether `folded` (from foldedCase) holds `foldedQuery`; an empty query is held by everything.
 bool containsFolded(const std::u32string& folded, const std::u32string& foldedQuery);
 

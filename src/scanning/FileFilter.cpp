@@ -35,11 +35,14 @@ bool FileFilterMatcher::operator()(const FileNode& node, double now) const {
     }
     std::string path;
     if ((!filter_.query.empty() && queryIsPath_) || filter_.pathPrefix) {
-        path = canonicalPath(node.path());
+        path = canonicalPathOf(node);
     }
     if (!filter_.query.empty()) {
-        const std::string_view searched = queryIsPath_ ? std::string_view(path) : node.name;
-        if (!platform::containsFolded(platform::foldedCase(searched), foldedQuery_)) {
+        if (!queryIsPath_) {
+            folded_.clear();
+            platform::appendFoldedCase(node.name, folded_);
+        }
+        if (!platform::containsFolded(folded_, foldedQuery_)) {
             return false;
         }
     }
@@ -49,10 +52,46 @@ bool FileFilterMatcher::operator()(const FileNode& node, double now) const {
     return true;
 }
 
+const FileFilterMatcher::FolderPath& FileFilterMatcher::folderPath(const FileNode& folder) const {
+    auto found = folderPaths_.find(&folder);
+    if (found == folderPaths_.end()) {
+        FolderPath made{canonicalPath(folder.path()), {}};
+        if (!made.canonical.ends_with('/')) {
+            made.canonical += '/';
+        }
+        if (queryIsPath_) {
+            made.folded = platform::foldedCase(made.canonical);
+        }
+        found = folderPaths_.emplace(&folder, std::move(made)).first;
+    }
+    return found->second;
+}
+
+std::string FileFilterMatcher::canonicalPathOf(const FileNode& node) const {
+    folded_.clear();
+    const FileNodePtr parent = node.parent.lock();
+    std::string path;
+    if (parent == nullptr) {
+        path = canonicalPath(node.path());
+        platform::appendFoldedCase(path, folded_);
+        return path;
+    }
+    // A file's path is its folder's, canonical already, and its name: the data volume's prefix
+    // is a folder's, never a file's.
+    const FolderPath& folder = folderPath(*parent);
+    path = folder.canonical + node.name;
+    if (queryIsPath_) {
+        folded_ = folder.folded;
+        platform::appendFoldedCase(node.name, folded_);
+    }
+    return path;
+}
+
 std::vector<FileNodePtr> filterFiles(const std::vector<FileNodePtr>& files,
                                      const FileFilter& filter, double now) {
     const FileFilterMatcher matches(filter);
     std::vector<FileNodePtr> passed;
+    passed.reserve(files.size());
     for (const auto& file : files) {
         if (!file->deleted && matches(*file, now)) {
             passed.push_back(file);

@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace dorvik {
@@ -31,7 +32,8 @@ struct FileFilter {
     bool matches(const FileNode& node, double now) const;
 };
 
-// A filter made ready for many nodes: the query is folded to lower case once.
+// A filter made ready for many nodes: the query is folded to lower case once, and the path of
+// each folder is built once for all the files in it.
 class FileFilterMatcher {
 public:
     explicit FileFilterMatcher(FileFilter filter);
@@ -39,7 +41,17 @@ public:
     bool operator()(const FileNode& node, double now) const;
 
 private:
+    struct FolderPath {
+        std::string canonical;
+        std::u32string folded;
+    };
+    const FolderPath& folderPath(const FileNode& folder) const;
+    // The node's canonical path, and with a query on paths its folded form in `folded_`.
+    std::string canonicalPathOf(const FileNode& node) const;
+
     FileFilter filter_;
+    mutable std::unordered_map<const FileNode*, FolderPath> folderPaths_;
+    mutable std::u32string folded_; // one buffer for every text folded
     std::u32string foldedQuery_;
     bool queryIsPath_;
 };

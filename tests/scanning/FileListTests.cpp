@@ -108,6 +108,16 @@ TEST(FileFilter, EqualityComparesEveryFieldIncludingHideProtected) {
     EXPECT_NE(plain, filterWith([](auto& f) { f.modifiedOlderThanDays = 0; }));
 }
 
+TEST(FileFilter, PathsOfFilesAtTheTopOfTheDataVolumeAndOfALoneNode) {
+    const auto root = folder(nullptr, "/System/Volumes/Data");
+    const auto top = file(root, "notes.txt", 1);
+    EXPECT_TRUE(filterWith([](auto& f) { f.query = "/NOTES"; }).matches(*top, now));
+    EXPECT_TRUE(filterWith([](auto& f) { f.pathPrefix = "/notes"; }).matches(*top, now));
+    EXPECT_FALSE(filterWith([](auto& f) { f.query = "//"; }).matches(*top, now));
+    const auto lone = folder(nullptr, "/System/Volumes/Data/Users");
+    EXPECT_TRUE(filterWith([](auto& f) { f.pathPrefix = "/Users"; }).matches(*lone, now));
+}
+
 TEST(FileFilter, InvalidUtf8InANameMatchesOnlyItself) {
     const auto root = folder(nullptr, "/tmp");
     const auto odd = file(root, std::string("bad\xff\xfename"), 1);

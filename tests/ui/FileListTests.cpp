@@ -124,6 +124,22 @@ TEST_F(FileListTest, EveryColumnSortsBothWaysAndRiskNotAtAll) {
     EXPECT_EQ(names(model.nodes()), (std::vector<std::string>{"Alpha", "beta"}));
 }
 
+TEST_F(FileListTest, LongNamesSortPastTheirFirstSixteenBytes) {
+    const auto root = node(nullptr, "/r", true);
+    for (const char* name : {"screen recording b.mov", "Screen Recording a.mov",
+                             "Screen Recording a.mov.part", "Screen Recording", "SCREEN"}) {
+        node(root, name);
+    }
+    std::vector<FileNodePtr> rows = root->children;
+    sortNodes(rows, NodeColumn::name, true);
+    EXPECT_EQ(names(rows),
+              (std::vector<std::string>{"SCREEN", "Screen Recording", "Screen Recording a.mov",
+                                        "Screen Recording a.mov.part", "screen recording b.mov"}));
+    sortNodes(rows, NodeColumn::name, false);
+    EXPECT_EQ(names(rows).front(), "screen recording b.mov");
+    EXPECT_EQ(names(rows).back(), "SCREEN");
+}
+
 TEST_F(FileListTest, FilterBarEditsTheFilterAndShowsOneSetElsewhere) {
     FilterBar bar;
     std::vector<FileFilter> changes;

@@ -53,47 +53,6 @@ const QIcon& iconOf(const FileNode& node) {
     return found->second;
 }
 
-// Names as a person sorts them: letters without regard to case, then the bytes as they are.
-bool nameBefore(const std::string& a, const std::string& b) {
-    const auto lower = [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c + 32)
-                                    : static_cast<unsigned char>(c);
-    };
-    const auto folded =
-        std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                     [&](char x, char y) { return lower(x) < lower(y); });
-    if (folded) {
-        return true;
-    }
-    const auto after =
-        std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(),
-                                     [&](char x, char y) { return lower(x) < lower(y); });
-    return !after && a < b;
-}
-
-// Whether `a` comes before `b` in the column's rising order.
-bool before(NodeColumn column, const FileNode& a, const FileNode& b) {
-    switch (column) {
-    case NodeColumn::name:
-        return nameBefore(a.name, b.name);
-    case NodeColumn::size:
-        return a.size < b.size;
-    case NodeColumn::files:
-        return a.fileCount < b.fileCount;
-    case NodeColumn::kind:
-        return info(a.kind).displayName < info(b.kind).displayName;
-    case NodeColumn::category:
-        return info(a.bucket).displayName < info(b.bucket).displayName;
-    case NodeColumn::modified:
-        return a.modified < b.modified;
-    case NodeColumn::lastOpened:
-        return a.accessed < b.accessed;
-    case NodeColumn::risk:
-        return false;
-    }
-    return false;
-}
-
 QString text(NodeColumn column, const FileNode& node) {
     switch (column) {
     case NodeColumn::name:
@@ -125,7 +84,7 @@ NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent)
 void NodeTableModel::setNodes(std::vector<FileNodePtr> nodes) {
     beginResetModel();
     nodes_ = std::move(nodes);
-    sortRows();
+    sortNodes(nodes_, sortColumn_, sortOrder_ == Qt::AscendingOrder);
     endResetModel();
 }
 
@@ -146,23 +105,8 @@ void NodeTableModel::sortBy(NodeColumn column, Qt::SortOrder order) {
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     sortColumn_ = column;
     sortOrder_ = order;
-    sortRows();
+    sortNodes(nodes_, sortColumn_, sortOrder_ == Qt::AscendingOrder);
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
-}
-
-void NodeTableModel::sortRows() {
-    const NodeColumn column = sortColumn_;
-    if (sortOrder_ == Qt::AscendingOrder) {
-        std::stable_sort(nodes_.begin(), nodes_.end(),
-                         [column](const FileNodePtr& a, const FileNodePtr& b) {
-                             return before(column, *a, *b);
-                         });
-    } else {
-        std::stable_sort(nodes_.begin(), nodes_.end(),
-                         [column](const FileNodePtr& a, const FileNodePtr& b) {
-                             return before(column, *b, *a);
-                         });
-    }
 }
 
 int NodeTableModel::rowCount(const QModelIndex& parent) const {

@@ -1,18 +1,16 @@
 #pragma once
 
-// Scanned nodes as the rows of a table, in the columns a page asks for. It sorts its rows itself,
-// on plain numbers and bytes, so that a list of hundreds of thousands of files re-sorts at once;
-// a new list of rows keeps the sort in force.
+// Scanned nodes as the rows of a table, in the columns a page asks for. It sorts its rows itself
+// (see NodeSort.h); a new list of rows keeps the sort in force.
 
 #include "scanning/FileNode.h"
+#include "ui/files/NodeSort.h"
 
 #include <QAbstractTableModel>
 
 #include <vector>
 
 namespace dorvik {
-
-enum class NodeColumn { name, size, files, kind, category, modified, lastOpened, risk };
 
 class NodeTableModel : public QAbstractTableModel {
 public:
@@ -42,8 +40,6 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
-    void sortRows();
-
     std::vector<NodeColumn> columns_;
     std::vector<FileNodePtr> nodes_;
     NodeColumn sortColumn_ = NodeColumn::size;
