@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/types/TypesView.h"
@@ -24,11 +25,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "When your disk would fill up at the current pace, and what grew since an earlier "
           "scan.",
           nullptr, nullptr}},
-        {AppSection::explorer,
-         {"Folder explorer",
-          "Browse folder by folder sorted by size, like a Finder that shows what everything "
-          "really takes up.",
-          "Nothing to explore yet", "Scan your disk to browse it folder by folder, by size."}},
         {AppSection::systemData,
          {"System Data",
           "What macOS lumps together as “System Data” in Storage settings, explained piece by "
@@ -76,6 +72,8 @@ QWidget* makePage(AppSection section, AppState& state) {
     switch (section) {
     case AppSection::history:
         return new HistoryView(state);
+    case AppSection::explorer:
+        return new ExplorerView(state);
     case AppSection::large:
         return new LargeFilesView(state);
     case AppSection::types:

@@ -4,6 +4,7 @@
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/files/NodeTitle.h"
 #include "ui/pages/explorer/SunburstLayout.h"
 #include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/UsageBar.h"
@@ -95,7 +96,7 @@ void MapSidePanel::refresh() {
         items_ = Sunburst::largestChildren(*folder);
         items_.resize(std::min(items_.size(), shownItems));
     }
-    folderName_->setText(folder != nullptr ? qtText(folder->name) : QString());
+    folderName_->setText(folder != nullptr ? nodeTitle(*folder) : QString());
     folderSize_->setText(folder != nullptr ? qtText(TextForms::size(folder->size)) : QString());
     reveal_->setEnabled(folder != nullptr);
 

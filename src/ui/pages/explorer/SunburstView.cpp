@@ -4,6 +4,7 @@
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/files/NodeTitle.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -249,7 +250,7 @@ void SunburstView::paintCentre(QPainter& painter, double ringWidth) const {
     smallFont.setPointSizeF(font().pointSizeF() * 0.85);
 
     std::vector<CentreLine> lines = {
-        {qtText(shown.name), nameFont, palette().color(QPalette::WindowText), true},
+        {nodeTitle(shown), nameFont, palette().color(QPalette::WindowText), true},
         {qtText(TextForms::size(shown.size)), sizeFont, palette().color(QPalette::WindowText)},
         {qtText(
              TextForms::percent(static_cast<double>(shown.size), static_cast<double>(root_->size))),
