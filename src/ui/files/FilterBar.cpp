@@ -74,13 +74,13 @@ FilterBar::FilterBar(QWidget* parent)
     }
     search_->addAction(Symbols::icon("magnifyingglass", Style::Tint::secondary),
                        QLineEdit::LeadingPosition);
-    QAction* clear = search_->addAction(Symbols::icon("xmark.circle.fill", Style::Tint::secondary),
-                                        QLineEdit::TrailingPosition);
-    clear->setToolTip(tr("Clear"));
-    clear->setVisible(false);
-    connect(clear, &QAction::triggered, search_, &QLineEdit::clear);
-    connect(search_, &QLineEdit::textChanged, this, [this, clear](const QString& text) {
-        clear->setVisible(!text.isEmpty());
+    clearSearch_ = search_->addAction(Symbols::icon("xmark.circle.fill", Style::Tint::secondary),
+                                      QLineEdit::TrailingPosition);
+    clearSearch_->setToolTip(tr("Clear"));
+    clearSearch_->setVisible(false);
+    connect(clearSearch_, &QAction::triggered, search_, &QLineEdit::clear);
+    connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) {
+        clearSearch_->setVisible(!text.isEmpty());
         change([&](FileFilter& filter) { filter.query = stdText(text); });
     });
 
@@ -163,7 +163,7 @@ void FilterBar::showFilter() {
     const QSignalBlocker quietSearch(search_);
     if (stdText(search_->text()) != filter_.query) {
         search_->setText(qtText(filter_.query));
-        search_->actions().back()->setVisible(!filter_.query.empty());
+        clearSearch_->setVisible(!filter_.query.empty());
     }
     showChoice(size_, QVariant::fromValue<qint64>(filter_.minSize),
                QStringLiteral("> ") + qtText(TextForms::size(filter_.minSize)));

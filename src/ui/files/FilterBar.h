@@ -13,6 +13,7 @@
 #include <optional>
 #include <span>
 
+class QAction;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -57,6 +58,7 @@ private:
 
     FileFilter filter_;
     QLineEdit* search_;
+    QAction* clearSearch_;
     QComboBox* size_;
     QComboBox* date_;
     QComboBox* category_;

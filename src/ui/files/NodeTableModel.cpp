@@ -8,7 +8,6 @@
 #include <QIcon>
 
 #include <algorithm>
-#include <map>
 
 namespace dorvik {
 
@@ -41,16 +40,6 @@ std::string_view symbolOf(const FileNode& node) {
         return "lock.fill";
     }
     return node.isDirectory && !node.isPackage ? "folder" : info(node.kind).symbol;
-}
-
-const QIcon& iconOf(const FileNode& node) {
-    static std::map<std::string_view, QIcon> icons;
-    const std::string_view symbol = symbolOf(node);
-    auto found = icons.find(symbol);
-    if (found == icons.end()) {
-        found = icons.emplace(symbol, Symbols::icon(symbol, Style::Tint::secondary)).first;
-    }
-    return found->second;
 }
 
 QString text(NodeColumn column, const FileNode& node) {
@@ -107,6 +96,15 @@ void NodeTableModel::sortBy(NodeColumn column, Qt::SortOrder order) {
     sortOrder_ = order;
     sortNodes(nodes_, sortColumn_, sortOrder_ == Qt::AscendingOrder);
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+const QIcon& NodeTableModel::iconOf(const FileNode& node) const {
+    const std::string_view symbol = symbolOf(node);
+    auto found = icons_.find(symbol);
+    if (found == icons_.end()) {
+        found = icons_.emplace(symbol, Symbols::icon(symbol, Style::Tint::secondary)).first;
+    }
+    return found->second;
 }
 
 int NodeTableModel::rowCount(const QModelIndex& parent) const {

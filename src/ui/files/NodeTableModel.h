@@ -7,7 +7,10 @@
 #include "ui/files/NodeSort.h"
 
 #include <QAbstractTableModel>
+#include <QIcon>
 
+#include <map>
+#include <string_view>
 #include <vector>
 
 namespace dorvik {
@@ -40,10 +43,13 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
+    const QIcon& iconOf(const FileNode& node) const;
+
     std::vector<NodeColumn> columns_;
     std::vector<FileNodePtr> nodes_;
     NodeColumn sortColumn_ = NodeColumn::size;
     Qt::SortOrder sortOrder_ = Qt::DescendingOrder;
+    mutable std::map<std::string_view, QIcon> icons_; // by symbol, made when first drawn
 };
 
 } // namespace dorvik
