@@ -116,8 +116,10 @@ int main(int argc, char** argv) {
     std::printf("\nsort all rows\n");
     NodeTableModel model({NodeColumn::name, NodeColumn::size, NodeColumn::kind,
                           NodeColumn::category, NodeColumn::modified, NodeColumn::lastOpened});
-    const double load = worstMilliseconds(runs, [&] { model.setNodes(tree.files); });
-    std::printf("  %-28s %8.1f ms\n", "new rows (sorted by size)", load);
+    // What the page does when its filter changes: filter, then hand the rows to the table.
+    const double load = worstMilliseconds(
+        runs, [&] { model.setNodes(filterFiles(tree.files, FileFilter{}, now)); });
+    std::printf("  %-28s %8.1f ms\n", "filter and load all rows", load);
     const struct {
         const char* what;
         NodeColumn column;

@@ -42,12 +42,15 @@ public:
 
 private:
     struct FolderPath {
-        std::string canonical;
-        std::u32string folded;
+        std::string canonical; // ends with "/"
+        // For a query on paths: the end of the folded path where a match running into a file's
+        // name may start, and whether the folder's path holds a match of its own.
+        std::u32string foldedTail;
+        bool holdsQuery;
     };
     const FolderPath& folderPath(const FileNode& folder) const;
-    // The node's canonical path, and with a query on paths its folded form in `folded_`.
-    std::string canonicalPathOf(const FileNode& node) const;
+    // The query on paths and the folder prefix, for a node with no parent.
+    bool pathMatches(const std::string& path) const;
 
     FileFilter filter_;
     mutable std::unordered_map<const FileNode*, FolderPath> folderPaths_;
