@@ -181,10 +181,11 @@ void ExplorerView::refresh() {
         state_.explorerStack().back() != folder) {
         // The open folder went in a removal: stand in the nearest folder still there.
         std::vector<FileNodePtr> stack = state_.explorerStack();
-        while (stack.back() != folder) {
+        while (!stack.empty() && stack.back() != folder) {
             stack.pop_back();
         }
-        state_.setExplorerStack(std::move(stack));
+        state_.setExplorerStack(stack.empty() ? std::vector<FileNodePtr>{folder}
+                                              : std::move(stack));
         return;
     }
     if (folder == nullptr) {
