@@ -96,10 +96,14 @@ FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget
             break;
         case NodeColumn::size:
         case NodeColumn::files:
-            header->resizeSection(column, 100);
+            header->resizeSection(column, 84);
+            break;
+        case NodeColumn::kind:
+        case NodeColumn::category:
+            header->resizeSection(column, 140);
             break;
         default:
-            header->resizeSection(column, 120);
+            header->resizeSection(column, 100);
             break;
         }
     }
