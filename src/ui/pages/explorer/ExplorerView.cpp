@@ -9,6 +9,7 @@
 #include "ui/files/FilesTable.h"
 #include "ui/pages/explorer/Breadcrumbs.h"
 #include "ui/pages/explorer/MapSidePanel.h"
+#include "ui/pages/explorer/SunburstLayout.h"
 #include "ui/pages/explorer/SunburstView.h"
 #include "ui/widgets/PageHeader.h"
 #include "ui/widgets/SegmentedControl.h"
@@ -38,16 +39,6 @@ void storeMode(ExplorerMode mode) {
     QSettings settings(settingsOrganisation, settingsApplication);
     settings.setValue(SettingKeys::explorerMode,
                       mode == ExplorerMode::map ? QStringLiteral("map") : QStringLiteral("list"));
-}
-
-std::vector<FileNodePtr> shownChildren(const FileNode& folder) {
-    std::vector<FileNodePtr> children;
-    for (const auto& child : folder.children) {
-        if (!child->deleted) {
-            children.push_back(child);
-        }
-    }
-    return children;
 }
 
 } // namespace
@@ -195,7 +186,7 @@ void ExplorerView::refresh() {
         shownRoot_ = nullptr;
         return;
     }
-    table_->setNodes(shownChildren(*folder));
+    table_->setNodes(Sunburst::largestChildren(*folder));
     unreadable_->setVisible(folder->unreadable);
     smallFiles_->setVisible(folder->smallFilesCount > 0);
     smallFiles_->setText(tr("Also: %1 small files directly in this folder · %2")
