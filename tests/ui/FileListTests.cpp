@@ -183,6 +183,16 @@ TEST_F(FileListTest, FilterBarEditsTheFilterAndShowsOneSetElsewhere) {
     EXPECT_FALSE(changes.back().pathPrefix.has_value());
     EXPECT_EQ(changes.back().minSize, 500'000'000);
     EXPECT_TRUE(bar.folderChip()->isHidden());
+
+    // One extra item at most, gone once a value of the menu's own is back.
+    elsewhere.minSize = 400'000'000;
+    bar.setFilter(elsewhere);
+    EXPECT_EQ(bar.sizeMenu()->count(), 8);
+    EXPECT_EQ(bar.sizeMenu()->currentText(), "> 400 MB");
+    elsewhere.minSize = 0;
+    bar.setFilter(elsewhere);
+    EXPECT_EQ(bar.sizeMenu()->count(), 7);
+    EXPECT_EQ(bar.sizeMenu()->currentText(), "Any size");
 }
 
 class ScannedFilesTest : public test::UiTest {

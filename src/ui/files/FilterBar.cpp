@@ -38,13 +38,16 @@ const std::array ageChoices = {
 // The menus' data for "any": no age, no category.
 constexpr int anyChoice = -1;
 
-// Picks the item whose data equals `value`; a value no item has gets an item of its own, titled
-// `title`, so that a filter set elsewhere still shows what it does.
-void showChoice(QComboBox* menu, const QVariant& value, const QString& title) {
+// Picks the item whose data equals `value`; a value none of the menu's `choices` has gets one
+// extra item, titled `title`, so that a filter set elsewhere still shows what it does.
+void showChoice(QComboBox* menu, int choices, const QVariant& value, const QString& title) {
+    while (menu->count() > choices) {
+        menu->removeItem(menu->count() - 1);
+    }
     int index = menu->findData(value);
     if (index < 0) {
         menu->addItem(title, value);
-        index = menu->count() - 1;
+        index = choices;
     }
     menu->setCurrentIndex(index);
 }
@@ -165,12 +168,14 @@ void FilterBar::showFilter() {
         search_->setText(qtText(filter_.query));
         clearSearch_->setVisible(!filter_.query.empty());
     }
-    showChoice(size_, QVariant::fromValue<qint64>(filter_.minSize),
+    showChoice(size_, static_cast<int>(sizeChoices.size()),
+               QVariant::fromValue<qint64>(filter_.minSize),
                QStringLiteral("> ") + qtText(TextForms::size(filter_.minSize)));
-    showChoice(date_, filter_.modifiedOlderThanDays.value_or(anyChoice),
+    showChoice(date_, static_cast<int>(ageChoices.size()),
+               filter_.modifiedOlderThanDays.value_or(anyChoice),
                tr("Unchanged > %1 days").arg(filter_.modifiedOlderThanDays.value_or(0)));
-    showChoice(category_, filter_.bucket ? static_cast<int>(*filter_.bucket) : anyChoice,
-               QString());
+    showChoice(category_, static_cast<int>(allStorageBuckets.size()) + 1,
+               filter_.bucket ? static_cast<int>(*filter_.bucket) : anyChoice, QString());
     folder_->setVisible(filter_.pathPrefix.has_value());
     folderPath_->setText(qtText(displayPath(filter_.pathPrefix.value_or(""))));
 }
