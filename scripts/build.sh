@@ -10,5 +10,7 @@ sanitize) dir=build-sanitize options=(-DCMAKE_BUILD_TYPE=Debug -DDORVIK_SANITIZE
 *) echo "usage: scripts/build.sh [release|sanitize]" >&2; exit 2 ;;
 esac
 
+# A compiler cache, where the machine has one, makes rebuilds in other checkouts cheap.
+command -v ccache >/dev/null && options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 cmake -S . -B "$dir" -G Ninja -DDORVIK_WERROR=ON "${options[@]}" >/dev/null
 cmake --build "$dir"

@@ -30,6 +30,91 @@ std::optional<double> finiteNumber(const json* value) {
     return value->get<double>();
 }
 
+namespace {
+
+// The length of the valid UTF-8 sequence at the start of `bytes`, or 0 when it is not one: no
+// overlong forms, no surrogates, nothing past U+10FFFF (what JSON parsers accept).
+size_t validSequenceLength(std::string_view bytes) {
+    const auto byte = [&](size_t index) { return static_cast<unsigned char>(bytes[index]); };
+    const unsigned char lead = byte(0);
+    if (lead < 0x80) {
+        return 1;
+    }
+    size_t length = 0;
+    unsigned char low = 0x80;
+    unsigned char high = 0xBF;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        low = lead == 0xE0 ? 0xA0 : 0x80;
+        high = lead == 0xED ? 0x9F : 0xBF;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        low = lead == 0xF0 ? 0x90 : 0x80;
+        high = lead == 0xF4 ? 0x8F : 0xBF;
+    } else {
+        return 0;
+    }
+    if (bytes.size() < length || byte(1) < low || byte(1) > high) {
+        return 0;
+    }
+    for (size_t index = 2; index < length; ++index) {
+        if (byte(index) < 0x80 || byte(index) > 0xBF) {
+            return 0;
+        }
+    }
+    return length;
+}
+
+int hexValue(char digit) {
+    if (digit >= '0' && digit <= '9') {
+        return digit - '0';
+    }
+    if (digit >= 'a' && digit <= 'f') {
+        return digit - 'a' + 10;
+    }
+    return -1;
+}
+
+} // namespace
+
+std::string escapedPath(std::string_view bytes) {
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const size_t length = validSequenceLength(bytes);
+        if (length > 0) {
+            text.append(bytes.substr(0, length));
+            bytes.remove_prefix(length);
+            continue;
+        }
+        const auto bad = static_cast<unsigned char>(bytes.front());
+        text.push_back('\0');
+        text.push_back(digits[bad >> 4]);
+        text.push_back(digits[bad & 0x0F]);
+        bytes.remove_prefix(1);
+    }
+    return text;
+}
+
+std::string unescapedPath(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (size_t index = 0; index < text.size(); ++index) {
+        if (text[index] == '\0' && index + 2 < text.size() && hexValue(text[index + 1]) >= 0 &&
+            hexValue(text[index + 2]) >= 0) {
+            bytes.push_back(
+                static_cast<char>(hexValue(text[index + 1]) * 16 + hexValue(text[index + 2])));
+            index += 2;
+        } else {
+            bytes.push_back(text[index]);
+        }
+    }
+    return bytes;
+}
+
 std::string compactText(const json& document) {
     return document.dump(-1, ' ', false, json::error_handler_t::replace);
 }

@@ -22,8 +22,18 @@ std::optional<int64_t> int64Value(const nlohmann::json* value);
 // A finite number, whole or not; none for anything else.
 std::optional<double> finiteNumber(const nlohmann::json* value);
 
-// The document on one line. Paths that are not valid UTF-8 have their bad bytes replaced, as
-// JSON holds only text.
+// A path (any byte string) as JSON text that reads back to the same bytes. JSON holds only
+// UTF-8, so each byte that is not part of valid UTF-8 is written as U+0000 followed by its two
+// lowercase hex digits. No path can hold a NUL, so valid UTF-8 stands as it is and the files
+// written before this form read the same.
+std::string escapedPath(std::string_view bytes);
+
+// The bytes of a path written by `escapedPath`. A NUL that is not followed by two hex digits is
+// kept as it is (no such path exists, so it leads nowhere).
+std::string unescapedPath(std::string_view text);
+
+// The document on one line. Any text that is still not valid UTF-8 has its bad bytes replaced:
+// paths that must lead back to a file go through `escapedPath` first.
 std::string compactText(const nlohmann::json& document);
 
 // Every element decoded, or none when the text is no JSON array or one element fails.
