@@ -28,7 +28,9 @@ int runClean(Arguments& arguments);
 int runHistory(Arguments& arguments);
 int runUndo(Arguments& arguments);
 
-// Prints a JSON document the way every command does: invalid UTF-8 in paths is replaced.
+// Prints a JSON document the way every command does. Paths go in through
+// JsonCoding::escapedPath, so that any byte string reads back; other text that is not UTF-8 has
+// its bad bytes replaced.
 void printJson(std::ostream& out, const nlohmann::json& document);
 
 } // namespace dorvik::cli

@@ -1,6 +1,8 @@
 // dorvik-cli history: the deletion log the application keeps, newest first.
 
 #include "cli/Commands.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "removal/DeletionHistory.h"
 #include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
@@ -22,7 +24,7 @@ void printText(const std::vector<HistoryEntry>& entries) {
     for (const HistoryEntry& entry : entries) {
         std::cout << TextForms::abbreviatedDateTime(entry.date) << "  " << std::left << std::setw(8)
                   << historyMethod(entry) << std::right << std::setw(10)
-                  << TextForms::size(entry.size) << "  " << displayPath(entry.originalPath) << "  "
+                  << TextForms::size(entry.size) << "  " << shownPath(entry.originalPath) << "  "
                   << entry.id << (canRestore(entry) ? "  (can be restored)" : "") << "\n";
     }
 }
@@ -33,8 +35,10 @@ nlohmann::json entriesJson(const std::vector<HistoryEntry>& entries) {
         list.push_back({
             {"id", entry.id},
             {"date", entry.date},
-            {"originalPath", entry.originalPath},
-            {"trashPath", entry.trashPath ? nlohmann::json(*entry.trashPath) : nlohmann::json()},
+            {"originalPath", platform::JsonCoding::escapedPath(entry.originalPath)},
+            {"trashPath", entry.trashPath
+                              ? nlohmann::json(platform::JsonCoding::escapedPath(*entry.trashPath))
+                              : nlohmann::json()},
             {"size", entry.size},
             {"restored", entry.restored},
             {"method", historyMethod(entry)},

@@ -1,5 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/FindJunk.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 
@@ -42,21 +44,22 @@ void printText(const std::vector<JunkFinding>& findings) {
         totalBytes += bytes;
         totalItems += count;
         std::cout << "  " << finding.rule.title << ": " << TextForms::size(bytes) << ", "
-                  << TextForms::count(count) << " items (" << info(finding.rule.risk).label << ", "
-                  << outcomeLabel(finding.rule.removal) << ")\n";
+                  << TextForms::counted(count, "item", "items") << " ("
+                  << info(finding.rule.risk).label << ", " << outcomeLabel(finding.rule.removal)
+                  << ")\n";
         const size_t shown = std::min(finding.items.size(), shownItemsPerRule);
         for (size_t index = 0; index < shown; ++index) {
             const JunkItem& item = finding.items[index];
             std::cout << "    " << std::setw(10) << TextForms::size(item.size) << "  "
-                      << displayPath(item.url) << "\n";
+                      << shownPath(item.url) << "\n";
         }
         if (finding.items.size() > shown) {
             std::cout << "    " << TextForms::count(count - static_cast<int64_t>(shown))
                       << " more\n";
         }
     }
-    std::cout << "Total: " << TextForms::size(totalBytes) << ", " << TextForms::count(totalItems)
-              << " items\n";
+    std::cout << "Total: " << TextForms::size(totalBytes) << ", "
+              << TextForms::counted(totalItems, "item", "items") << "\n";
 }
 
 nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
@@ -65,7 +68,7 @@ nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
         nlohmann::json items = nlohmann::json::array();
         for (const JunkItem& item : finding.items) {
             items.push_back({
-                {"path", item.url},
+                {"path", platform::JsonCoding::escapedPath(item.url)},
                 {"size", item.size},
                 {"fileCount", item.fileCount},
                 {"modified", item.modified ? nlohmann::json(*item.modified) : nlohmann::json()},

@@ -1,6 +1,7 @@
 #include "cli/RemovalRun.h"
 
 #include "cli/Arguments.h"
+#include "cli/TerminalText.h"
 #include "platform/Terminal.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
@@ -15,7 +16,7 @@ namespace {
 
 void printRefusals(const std::vector<DeletionFailure>& refusals) {
     for (const DeletionFailure& refusal : refusals) {
-        std::cout << "  " << displayPath(refusal.path) << ": " << refusal.reason << "\n";
+        std::cout << "  " << shownPath(refusal.path) << ": " << refusal.reason << "\n";
     }
 }
 

@@ -3,7 +3,9 @@
 
 #include "cli/Commands.h"
 #include "cli/RemovalRun.h"
+#include "cli/TerminalText.h"
 #include "platform/FileSystem.h"
+#include "platform/JsonCoding.h"
 #include "removal/DeletionPlan.h"
 #include "removal/PlanTexts.h"
 #include "scanning/MeasureFolder.h"
@@ -38,7 +40,7 @@ void printPlan(const DeletionPlan& plan, bool permanent, bool includeReview) {
                   << TextForms::size(totalSize(items)) << "\n";
         for (const PlanItem& item : items) {
             std::cout << "  " << std::setw(10) << TextForms::size(item.size) << "  "
-                      << displayPath(item.path) << "  (" << item.verdict.reason << ")\n";
+                      << shownPath(item.path) << "  (" << item.verdict.reason << ")\n";
         }
     }
     std::cout << "\n";

@@ -1,4 +1,6 @@
 #include "cli/Commands.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "scanning/ScanPaths.h"
 #include "system/Dates.h"
 #include "system/TextForms.h"
@@ -85,7 +87,7 @@ void printText(std::ostream& out, const TrendsReport& report, double now) {
 
     out << "\n" << TrendTexts::changesTitle;
     if (report.root) {
-        out << " in " << displayPath(*report.root);
+        out << " in " << shownPath(*report.root);
     }
     out << "\n";
     if (report.history.empty()) {
@@ -113,7 +115,7 @@ void printText(std::ostream& out, const TrendsReport& report, double now) {
         out << TrendTexts::noFolderChangeText << "\n";
     }
     for (const FolderChange& change : report.folders) {
-        const std::string path = displayPath(change.path);
+        const std::string path = shownPath(change.path);
         std::string line = "  " + padded(TextForms::signedSize(change.change()), 14) + " ";
         line += change.isRemainder ? "Other items in " + path : path;
         if (!change.isRemainder && change.after != 0) {
@@ -136,7 +138,8 @@ nlohmann::json reportJson(const TrendsReport& report, double now) {
         {"volumeKnown", report.volume.has_value()},
         {"forecast", nullptr},
         {"learning", nullptr},
-        {"root", report.root ? nlohmann::json(*report.root) : nlohmann::json(nullptr)},
+        {"root", report.root ? nlohmann::json(platform::JsonCoding::escapedPath(*report.root))
+                             : nlohmann::json(nullptr)},
         {"snapshots", report.history.size()},
         {"changes", nullptr},
     };
@@ -177,7 +180,7 @@ nlohmann::json reportJson(const TrendsReport& report, double now) {
     for (const FolderChange& change : report.folders) {
         const auto badge = TrendTexts::folderRowBadge(change);
         folders.push_back({
-            {"path", change.path},
+            {"path", platform::JsonCoding::escapedPath(change.path)},
             {"title", TrendTexts::folderRowTitle(change)},
             {"before", change.before},
             {"after", change.after},

@@ -1,4 +1,6 @@
 #include "cli/Commands.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "removal/SafetyRules.h"
 
 #include <nlohmann/json.hpp>
@@ -31,11 +33,13 @@ int runVerdict(Arguments& arguments) {
         const std::string_view risk = info(verdict.risk).caseName;
         if (json) {
             // One object a line, so that a script can read the answers as they come.
-            std::cout << nlohmann::json{{"path", path}, {"risk", risk}, {"reason", verdict.reason}}
+            std::cout << nlohmann::json{{"path", platform::JsonCoding::escapedPath(path)},
+                                        {"risk", risk},
+                                        {"reason", verdict.reason}}
                              .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
                       << "\n";
         } else {
-            std::cout << risk << "\t" << verdict.reason << "\t" << path << "\n";
+            std::cout << risk << "\t" << verdict.reason << "\t" << quotedForTerminal(path) << "\n";
         }
     }
     return 0;

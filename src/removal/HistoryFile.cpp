@@ -32,12 +32,12 @@ std::optional<HistoryEntry> decodeEntry(const json& object) {
     }
     HistoryEntry entry{std::move(*uuid),
                        Dates::fromReferenceDate(*date),
-                       originalPath->get<std::string>(),
+                       platform::JsonCoding::unescapedPath(originalPath->get<std::string>()),
                        std::nullopt,
                        *size,
                        restored->get<bool>()};
     if (trashPath != nullptr && trashPath->is_string()) {
-        entry.trashPath = trashPath->get<std::string>();
+        entry.trashPath = platform::JsonCoding::unescapedPath(trashPath->get<std::string>());
     }
     return entry;
 }
@@ -50,12 +50,12 @@ std::string encode(const std::vector<HistoryEntry>& entries) {
         json object = {
             {"id", entry.id},
             {"date", Dates::toReferenceDate(entry.date)},
-            {"originalPath", entry.originalPath},
+            {"originalPath", platform::JsonCoding::escapedPath(entry.originalPath)},
             {"size", entry.size},
             {"restored", entry.restored},
         };
         if (entry.trashPath) {
-            object["trashPath"] = *entry.trashPath;
+            object["trashPath"] = platform::JsonCoding::escapedPath(*entry.trashPath);
         }
         document.push_back(std::move(object));
     }

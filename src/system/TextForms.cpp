@@ -141,6 +141,10 @@ std::string count(int64_t value) {
     return groupThousands(std::to_string(value));
 }
 
+std::string counted(int64_t value, std::string_view one, std::string_view many) {
+    return count(value) + " " + std::string(value == 1 ? one : many);
+}
+
 std::string relativeDate(double date, double now) {
     if (!(date > Dates::neverMarker)) {
         return std::string(noDate);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace dorvik::TextForms {
 
@@ -21,6 +22,9 @@ std::string percent(double part, double whole);
 
 // "1,234,567": whole numbers with thousands separators.
 std::string count(int64_t value);
+
+// The count with its noun: "1 file", "0 files", "2,345 files".
+std::string counted(int64_t value, std::string_view one, std::string_view many);
 
 // `date` against `now` (both seconds since 1970) in calendar days of the local time zone:
 // "today", "yesterday", "tomorrow", "3 days ago", "in 3 days", "last week", "in 2 weeks",

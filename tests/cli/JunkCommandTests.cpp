@@ -73,9 +73,9 @@ TEST_F(JunkCommandTest, TextUnderHeadingsWithSizes) {
     ASSERT_EQ(run.status, 0);
     const auto line = [&](const std::string& text) { return run.out.find(text); };
     EXPECT_NE(line("System Junk\n  App caches: "), std::string::npos) << run.out;
-    EXPECT_NE(line("items (Safe, Deleted immediately)\n"), std::string::npos) << run.out;
+    EXPECT_NE(line("1 item (Safe, Deleted immediately)\n"), std::string::npos) << run.out;
     EXPECT_NE(line("  ~/Library/Caches/com.example\n"), std::string::npos) << run.out;
-    EXPECT_NE(line("Downloads\n  Installers in Downloads: 123 KB, 1 items (Review, Moved to "
+    EXPECT_NE(line("Downloads\n  Installers in Downloads: 123 KB, 1 item (Review, Moved to "
                    "Trash)\n"),
               std::string::npos)
         << run.out;

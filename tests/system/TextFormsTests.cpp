@@ -93,6 +93,9 @@ TEST(TextForms, Count) {
     EXPECT_EQ(count(999), "999");
     EXPECT_EQ(count(1000), "1,000");
     EXPECT_EQ(count(-1'234'567), "-1,234,567");
+    EXPECT_EQ(counted(1, "file", "files"), "1 file");
+    EXPECT_EQ(counted(0, "file", "files"), "0 files");
+    EXPECT_EQ(counted(2345, "entry", "entries"), "2,345 entries");
 }
 
 TEST(TextForms, DurationPhrase) {
