@@ -21,6 +21,15 @@ bool isCatalogueRule(const std::string& id) {
                                [&id](const JunkRule& rule) { return rule.id == id; });
 }
 
+// Every rule's id, for the message that refuses an unknown one.
+std::string ruleIds() {
+    std::string ids;
+    for (const JunkRule& rule : JunkCatalogue::rules()) {
+        ids += (ids.empty() ? "" : ", ") + rule.id;
+    }
+    return ids;
+}
+
 // The selected findings with what each holds and how it goes; the sum to clean.
 int64_t printSelection(const std::vector<JunkFinding>& findings,
                        const std::set<std::string>& selection) {
@@ -32,8 +41,8 @@ int64_t printSelection(const std::vector<JunkFinding>& findings,
         const int64_t bytes = totalSize(finding);
         total += bytes;
         std::cout << finding.rule.title << ": " << TextForms::size(bytes) << ", "
-                  << TextForms::count(static_cast<int64_t>(finding.items.size())) << " items ("
-                  << outcomeLabel(finding.rule.removal) << ")\n";
+                  << TextForms::counted(static_cast<int64_t>(finding.items.size()), "item", "items")
+                  << " (" << outcomeLabel(finding.rule.removal) << ")\n";
     }
     return total;
 }
@@ -49,7 +58,8 @@ int runClean(Arguments& arguments) {
         if (word == "--rule") {
             const std::string id = arguments.value(word);
             if (!isCatalogueRule(id)) {
-                throw UsageError("no junk rule has the id \"" + id + "\"");
+                throw UsageError("no junk rule has the id \"" + id + "\" (one of " + ruleIds() +
+                                 ")");
             }
             named.insert(id);
         } else if (word == "--dry-run") {

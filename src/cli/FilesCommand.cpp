@@ -51,6 +51,7 @@ int runFiles(Arguments& arguments) {
     std::optional<std::string> archive;
     std::optional<std::string> csvPath;
     FileFilter filter;
+    bool storedExclusions = true;
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--load") {
@@ -66,6 +67,8 @@ int runFiles(Arguments& arguments) {
             filter.bucket = bucketNamed(arguments.value(word));
         } else if (word == "--query") {
             filter.query = arguments.value(word);
+        } else if (word == "--no-exclusions") {
+            storedExclusions = false;
         } else if (word == "--csv") {
             csvPath = arguments.value(word);
         } else if (word.starts_with("-") || folder) {
@@ -82,9 +85,8 @@ int runFiles(Arguments& arguments) {
         scan = loadArchivedScan(*archive);
     } else {
         const std::string root = folder.value_or(normalisedPath("."));
-        scan = scanOnTerminal(root, {});
+        scan = scanOnTerminal(root, scanExclusions({}, storedExclusions));
         if (!scan) {
-            std::cerr << "dorvik-cli: could not scan " << root << "\n";
             return 1;
         }
     }

@@ -1,6 +1,8 @@
 #include "cli/Commands.h"
 #include "cli/ScanReport.h"
 #include "cli/ScanSource.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
 #include "scanning/ScanTarget.h"
@@ -45,6 +47,7 @@ int runScan(Arguments& arguments) {
     int64_t top = 10;
     bool json = false;
     bool record = false;
+    bool storedExclusions = true;
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--home" || word == "--disk") {
@@ -56,6 +59,8 @@ int runScan(Arguments& arguments) {
             savePath = arguments.value(word);
         } else if (word == "--exclude") {
             excluded.insert(canonicalPath(normalisedPath(arguments.value(word))));
+        } else if (word == "--no-exclusions") {
+            storedExclusions = false;
         } else if (word == "--top") {
             top = arguments.number(word, 0);
         } else if (word == "--json") {
@@ -75,9 +80,8 @@ int runScan(Arguments& arguments) {
         target = ScanTarget::folder(normalisedPath("."));
     }
     const std::string root = target->rootPath();
-    const auto result = scanOnTerminal(root, excluded);
+    const auto result = scanOnTerminal(root, scanExclusions(std::move(excluded), storedExclusions));
     if (!result) {
-        std::cerr << "dorvik-cli: could not scan " << root << "\n";
         return 1;
     }
     if (savePath && !ScanArchive::write(*result, *target, *savePath)) {
@@ -90,8 +94,8 @@ int runScan(Arguments& arguments) {
         nlohmann::json report = scanReportJson(*result, static_cast<size_t>(top));
         if (recording) {
             report["recorded"] = {
-                {"directory", recording->directory},
-                {"root", recording->root},
+                {"directory", platform::JsonCoding::escapedPath(recording->directory)},
+                {"root", platform::JsonCoding::escapedPath(recording->root)},
                 {"snapshotsOfRoot", recording->snapshotsOfRoot},
                 {"samples", recording->samples},
             };
@@ -101,9 +105,9 @@ int runScan(Arguments& arguments) {
     }
     std::cout << scanReportText(*result, static_cast<size_t>(top));
     if (recording) {
-        std::cout << "\nRecorded for trends in " << displayPath(recording->directory) << ": "
-                  << recording->snapshotsOfRoot << " of " << displayPath(recording->root)
-                  << " kept, " << recording->samples << " space samples in all.\n";
+        std::cout << "\nRecorded for trends in " << shownPath(recording->directory) << ": "
+                  << recording->snapshotsOfRoot << " of " << shownPath(recording->root) << " kept, "
+                  << recording->samples << " space samples in all.\n";
     }
     return 0;
 }

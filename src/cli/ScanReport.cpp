@@ -1,6 +1,8 @@
 #include "cli/ScanReport.h"
 
 #include "cli/Commands.h"
+#include "cli/TerminalText.h"
+#include "platform/JsonCoding.h"
 #include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 
@@ -14,6 +16,8 @@
 namespace dorvik::cli {
 
 namespace {
+
+using platform::JsonCoding::escapedPath;
 
 bool largerFirst(const FileNodePtr& a, const FileNodePtr& b) {
     return a->size > b->size;
@@ -55,30 +59,51 @@ std::string pathRow(const std::string& path, int64_t bytes, int64_t whole) {
 nlohmann::json pathRows(const std::vector<FileNodePtr>& nodes) {
     auto rows = nlohmann::json::array();
     for (const FileNodePtr& node : nodes) {
-        rows.push_back({{"path", node->path()}, {"size", node->size}});
+        rows.push_back({{"path", escapedPath(node->path())}, {"size", node->size}});
     }
     return rows;
 }
 
+// The text report names this many unreadable folders; the JSON document names them all.
+constexpr size_t unreadableShown = 10;
+
 } // namespace
 
-std::vector<FileNodePtr> largestFolders(const ScanResult& scan, size_t count) {
+std::vector<FileNodePtr> foldersInWalkOrder(const ScanResult& scan) {
     std::vector<FileNodePtr> folders;
-    std::vector<const FileNode*> stack;
-    if (scan.root != nullptr) {
-        stack.push_back(scan.root.get());
-    }
-    while (!stack.empty()) {
-        const FileNode* node = stack.back();
-        stack.pop_back();
-        for (const FileNodePtr& child : node->children) {
-            if (child->isDirectory && !child->deleted) {
-                folders.push_back(child);
-                stack.push_back(child.get());
+    std::vector<FileNodePtr> stack;
+    const auto pushChildren = [&stack](const FileNode& node) {
+        // In reverse, so that the first child comes off the stack first.
+        for (auto child = node.children.rbegin(); child != node.children.rend(); ++child) {
+            if ((*child)->isDirectory && !(*child)->deleted) {
+                stack.push_back(*child);
             }
         }
+    };
+    if (scan.root != nullptr) {
+        pushChildren(*scan.root);
     }
-    return topBySize(std::move(folders), count);
+    while (!stack.empty()) {
+        FileNodePtr folder = std::move(stack.back());
+        stack.pop_back();
+        pushChildren(*folder);
+        folders.push_back(std::move(folder));
+    }
+    return folders;
+}
+
+std::vector<FileNodePtr> largestFolders(const ScanResult& scan, size_t count) {
+    return topBySize(foldersInWalkOrder(scan), count);
+}
+
+std::vector<std::string> unreadablePaths(const ScanResult& scan) {
+    std::vector<std::string> paths;
+    for (const FileNodePtr& folder : foldersInWalkOrder(scan)) {
+        if (folder->unreadable) {
+            paths.push_back(folder->path());
+        }
+    }
+    return paths;
 }
 
 std::vector<FileNodePtr> largestFiles(const ScanResult& scan, size_t count) {
@@ -92,10 +117,10 @@ std::vector<FileNodePtr> largestFiles(const ScanResult& scan, size_t count) {
 std::string scanReportText(const ScanResult& scan, size_t top) {
     std::ostringstream out;
     const int64_t total = scan.root->size;
-    out << displayPath(scan.rootPath) << "\n";
+    out << shownPath(scan.rootPath) << "\n";
     out << "  " << TextForms::size(total) << " on disk (" << TextForms::size(scan.root->logicalSize)
-        << " of content) in " << TextForms::count(scan.totalFiles) << " files and "
-        << TextForms::count(scan.totalDirectories) << " folders\n";
+        << " of content) in " << TextForms::counted(scan.totalFiles, "file", "files") << " and "
+        << TextForms::counted(scan.totalDirectories, "folder", "folders") << "\n";
     char timing[128];
     std::snprintf(timing, sizeof timing, "  scanned in %.2f s", scan.duration);
     out << timing;
@@ -103,9 +128,23 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
         out << "; " << TextForms::count(scan.hardLinksSkipped) << " extra hard links counted once";
     }
     if (scan.unreadableDirectories > 0) {
-        out << "; " << TextForms::count(scan.unreadableDirectories) << " entries unreadable";
+        out << "; " << TextForms::counted(scan.unreadableDirectories, "entry", "entries")
+            << " could not be read";
     }
-    out << "\n\nBy category\n";
+    out << "\n";
+    const std::vector<std::string> unreadable = unreadablePaths(scan);
+    if (!unreadable.empty()) {
+        out << "\nFolders that could not be read\n";
+        for (size_t index = 0; index < std::min(unreadable.size(), unreadableShown); ++index) {
+            out << "  " << shownPath(unreadable[index]) << "\n";
+        }
+        if (unreadable.size() > unreadableShown) {
+            out << "  and "
+                << TextForms::count(static_cast<int64_t>(unreadable.size() - unreadableShown))
+                << " more (--json lists them all)\n";
+        }
+    }
+    out << "\nBy category\n";
     for (const auto& [bucket, bytes] : sortedBySize(scan.bucketTotals)) {
         out << row(std::string(info(bucket).displayName), bytes, total, "");
     }
@@ -114,11 +153,18 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
         const auto counted = scan.kindCounts.find(kind);
         const int64_t files = counted == scan.kindCounts.end() ? 0 : counted->second;
         out << row(std::string(info(kind).displayName), bytes, total,
-                   "  " + TextForms::count(files) + (files == 1 ? " file" : " files"));
+                   "  " + TextForms::counted(files, "file", "files"));
+    }
+    if (top == 0) {
+        return out.str();
     }
     out << "\nLargest folders\n";
-    for (const FileNodePtr& folder : largestFolders(scan, top)) {
-        out << pathRow(displayPath(folder->path()), folder->size, total);
+    const auto folders = largestFolders(scan, top);
+    if (folders.empty()) {
+        out << "  none\n";
+    }
+    for (const FileNodePtr& folder : folders) {
+        out << pathRow(shownPath(folder->path()), folder->size, total);
     }
     out << "\nLargest files\n";
     const auto files = largestFiles(scan, top);
@@ -126,12 +172,16 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
         out << "  none of 512 KiB or more\n";
     }
     for (const FileNodePtr& file : files) {
-        out << pathRow(displayPath(file->path()), file->size, total);
+        out << pathRow(shownPath(file->path()), file->size, total);
     }
     return out.str();
 }
 
 nlohmann::json scanReportJson(const ScanResult& scan, size_t top) {
+    nlohmann::json unreadableJson = nlohmann::json::array();
+    for (const std::string& path : unreadablePaths(scan)) {
+        unreadableJson.push_back(escapedPath(path));
+    }
     nlohmann::json buckets = nlohmann::json::object();
     for (const auto& [bucket, bytes] : scan.bucketTotals) {
         buckets[std::string(info(bucket).caseName)] = bytes;
@@ -145,12 +195,13 @@ nlohmann::json scanReportJson(const ScanResult& scan, size_t top) {
         counts[std::string(info(kind).caseName)] = files;
     }
     return {
-        {"rootPath", scan.rootPath},
+        {"rootPath", escapedPath(scan.rootPath)},
         {"size", scan.root->size},
         {"logicalSize", scan.root->logicalSize},
         {"totalFiles", scan.totalFiles},
         {"totalDirectories", scan.totalDirectories},
         {"unreadableDirectories", scan.unreadableDirectories},
+        {"unreadablePaths", unreadableJson},
         {"hardLinksSkipped", scan.hardLinksSkipped},
         {"duration", scan.duration},
         {"finishedAt", scan.finishedAt},

@@ -13,11 +13,17 @@
 
 namespace dorvik::cli {
 
+// Every folder below the root (the root left out), in the order the walk met them.
+std::vector<FileNodePtr> foldersInWalkOrder(const ScanResult& scan);
+
 // The largest folders below the root (the root left out), largest first.
 std::vector<FileNodePtr> largestFolders(const ScanResult& scan, size_t count);
 
 // The largest files with a node, largest first.
 std::vector<FileNodePtr> largestFiles(const ScanResult& scan, size_t count);
+
+// The folders that could not be read, in the order the walk met them.
+std::vector<std::string> unreadablePaths(const ScanResult& scan);
 
 std::string scanReportText(const ScanResult& scan, size_t top);
 

@@ -6,6 +6,7 @@
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
+#include "state/StoredExclusions.h"
 #include "system/TextForms.h"
 
 #include <iostream>
@@ -27,6 +28,13 @@ void showProgress(int64_t files, int64_t bytes, const std::string& path) {
 
 } // namespace
 
+std::set<std::string> scanExclusions(std::set<std::string> given, bool withStored) {
+    if (withStored) {
+        given.merge(StoredExclusions::read());
+    }
+    return given;
+}
+
 std::optional<ScanResult> scanOnTerminal(const std::string& root,
                                          const std::set<std::string>& excluded) {
     if (!platform::pathExists(root)) {
@@ -41,6 +49,12 @@ std::optional<ScanResult> scanOnTerminal(const std::string& root,
         scanner.scan(root, excluded, live ? Scanner::ProgressCallback(showProgress) : nullptr);
     if (live) {
         std::cerr << "\r\033[K" << std::flush;
+    }
+    if (!result) {
+        std::cerr << "dorvik-cli: could not scan " << root << "\n";
+    } else if (result->root->unreadable) {
+        std::cerr << "dorvik-cli: cannot read the folder " << root << "\n";
+        return std::nullopt;
     }
     return result;
 }

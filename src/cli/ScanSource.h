@@ -10,8 +10,13 @@
 
 namespace dorvik::cli {
 
+// The folders a scan from the terminal leaves out: those given on the command line and, unless
+// `withStored` is false (--no-exclusions), those the user excluded in the application.
+std::set<std::string> scanExclusions(std::set<std::string> given, bool withStored);
+
 // Walks `root` (an absolute path), with one line of progress on standard error when it is a
-// terminal. An input error for a root that is missing or no folder; none when the walk failed.
+// terminal. An input error for a root that is missing or no folder; none, with the reason said on
+// standard error, when the walk failed or the root could not be read.
 std::optional<ScanResult> scanOnTerminal(const std::string& root,
                                          const std::set<std::string>& excluded);
 

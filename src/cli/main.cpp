@@ -14,14 +14,15 @@ namespace dorvik::cli {
 namespace {
 
 constexpr std::array commands = {
-    Command{"scan",
-            "scan [PATH | --home | --disk] [--exclude PATH]... [--top N] [--json] [--record] "
-            "[--save FILE]",
-            runScan},
+    Command{
+        "scan",
+        "scan [PATH | --home | --disk] [--exclude PATH]... [--no-exclusions] [--top N] [--json] "
+        "[--record] [--save FILE]",
+        runScan},
     Command{"load", "load FILE [--top N] [--json]", runLoad},
     Command{"files",
             "files [PATH | --load FILE] [--min-size N] [--older-than DAYS] [--kind K]... "
-            "[--bucket B] [--query Q] [--csv FILE]",
+            "[--bucket B] [--query Q] [--no-exclusions] [--csv FILE]",
             runFiles},
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
     Command{"verdict", "verdict [--json] PATH...", runVerdict},

@@ -5,6 +5,7 @@
 #include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
 #include "state/Settings.h"
+#include "state/StoredExclusions.h"
 #include "system/FullDiskAccess.h"
 #include "trends/ScanSnapshot.h"
 
@@ -106,19 +107,11 @@ void AppState::setExcludedRaw(const QString& raw) {
 }
 
 std::vector<std::string> AppState::excludedPaths() const {
-    std::vector<std::string> paths;
-    for (const QString& line : excludedRaw().split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        paths.push_back(line.toStdString());
-    }
-    return paths;
+    return StoredExclusions::parse(excludedRaw());
 }
 
 void AppState::appendExcludedPath(const std::string& path) {
-    QString raw = excludedRaw();
-    if (!raw.isEmpty() && !raw.endsWith(QLatin1Char('\n'))) {
-        raw += QLatin1Char('\n');
-    }
-    setExcludedRaw(raw + QString::fromStdString(canonicalPath(path)));
+    setExcludedRaw(StoredExclusions::appended(excludedRaw(), path));
 }
 
 void AppState::setLargeFilter(FileFilter filter) {

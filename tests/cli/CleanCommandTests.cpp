@@ -1,5 +1,6 @@
 // dorvik-cli clean end to end: Quick Clean's rules in a home of the test's own.
 
+#include "cleaning/JunkCatalogue.h"
 #include "cli/CliRun.h"
 #include "support/TestHome.h"
 
@@ -75,6 +76,11 @@ TEST_F(CleanCommandTest, UnknownRulesAreRefused) {
     const CliRun bad = run("clean --rule no-such-rule --yes");
     EXPECT_EQ(bad.status, 2);
     EXPECT_NE(bad.out.find("no junk rule has the id \"no-such-rule\""), std::string::npos);
+    // The message names the ids there are, the first and the last of the catalogue among them.
+    EXPECT_NE(bad.out.find("(one of " + JunkCatalogue::rules().front().id + ", "),
+              std::string::npos)
+        << bad.out;
+    EXPECT_NE(bad.out.find(", " + JunkCatalogue::rules().back().id + ")"), std::string::npos);
     EXPECT_NE(bad.out.find("usage: dorvik-cli clean"), std::string::npos);
     EXPECT_TRUE(test::entryExists(home + "/.Trash/Old Report.pdf"));
     EXPECT_EQ(run("clean --rule").status, 2);

@@ -2,9 +2,13 @@
 
 #include "cli/CliRun.h"
 #include "support/TempDir.h"
+#include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+
+#include <set>
+#include <sys/stat.h>
 
 namespace dorvik {
 namespace {
@@ -106,6 +110,102 @@ TEST(ScanCommand, SavedArchiveLoadsToTheSameReport) {
         EXPECT_EQ(run.status, 2) << words;
         EXPECT_NE(run.out.find(message), std::string::npos) << words << "\n" << run.out;
     }
+}
+
+TEST(ScanCommand, TopZeroListsNoLargestItems) {
+    test::TempDir dir;
+    test::writeFile(dir / "a/big.iso", 2 << 20);
+    const CliRun run = cli("scan --top 0 '" + dir.path() + "'");
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out.find("Largest"), std::string::npos) << run.out;
+    EXPECT_EQ(run.out.find("none of"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("By kind of file"), std::string::npos) << run.out;
+}
+
+TEST(ScanCommand, UnreadableFoldersAreNamedAndAnUnreadableRootFails) {
+    test::TempDir dir;
+    test::writeFile(dir / "open/a.txt", 10);
+    test::writeFile(dir / "shut/inner/b.txt", 10);
+    test::writeFile(dir / "shut2/c.txt", 10);
+    test::handToUnprivileged(dir.path());
+    ::chmod((dir / "shut").c_str(), 0);
+    ::chmod((dir / "shut2").c_str(), 0);
+    struct Outcome {
+        CliRun text;
+        CliRun json;
+        CliRun root;
+    };
+    const auto words = [](const std::string& text) {
+        return std::vector<char>(text.begin(), text.end());
+    };
+    const auto seen = test::runUnprivilegedBytes([&] {
+        // Three answers, each the exit status and the output, separated by NUL bytes.
+        std::string answer;
+        for (const std::string& command :
+             {"scan '" + dir.path() + "'", "scan --json '" + dir.path() + "'",
+              "scan '" + (dir / "shut") + "'"}) {
+            const CliRun run = cli(command, true);
+            answer += std::to_string(run.status) + '\n' + run.out + '\0';
+        }
+        return words(answer);
+    });
+    ::chmod((dir / "shut").c_str(), 0755);
+    ::chmod((dir / "shut2").c_str(), 0755);
+    ASSERT_TRUE(seen);
+    std::vector<std::string> answers;
+    std::string current;
+    for (char byte : *seen) {
+        if (byte == '\0') {
+            answers.push_back(current);
+            current.clear();
+        } else {
+            current += byte;
+        }
+    }
+    ASSERT_EQ(answers.size(), 3u);
+    EXPECT_TRUE(answers[0].starts_with("0\n")) << answers[0];
+    EXPECT_NE(answers[0].find("2 entries could not be read"), std::string::npos) << answers[0];
+    // In the order the walk met them, which is the folder's own order.
+    const auto json = nlohmann::json::parse(answers[1].substr(answers[1].find('\n') + 1));
+    const std::vector<std::string> unreadable = json["unreadablePaths"];
+    EXPECT_EQ(std::set<std::string>(unreadable.begin(), unreadable.end()),
+              (std::set<std::string>{dir / "shut", dir / "shut2"}));
+    ASSERT_EQ(unreadable.size(), 2u);
+    EXPECT_NE(answers[0].find("Folders that could not be read\n  " + unreadable[0] + "\n  " +
+                              unreadable[1] + "\n"),
+              std::string::npos)
+        << answers[0];
+    EXPECT_TRUE(answers[2].starts_with("1\n")) << answers[2];
+    EXPECT_NE(answers[2].find("cannot read the folder " + (dir / "shut")), std::string::npos)
+        << answers[2];
+}
+
+TEST(ScanCommand, TheApplicationsExclusionsHoldUnlessAskedNotTo) {
+    test::TempDir dir;
+    test::writeFile(dir / "tree/kept/a.bin", 1 << 20);
+    test::writeFile(dir / "tree/hidden/b.bin", 1 << 20);
+    test::writeFile(dir / "tree/also hidden/c.bin", 1 << 20);
+    // What the application's settings hold after two "Exclude from Scans".
+    test::writeText(dir / "config/Dorvik/Dorvik.conf",
+                    "[General]\nexcludedPaths=" + (dir / "tree/hidden") + "\\n" +
+                        (dir / "tree/also hidden") + "\n");
+    const std::string environment = "XDG_CONFIG_HOME='" + (dir / "config") + "'";
+    const struct {
+        std::string words;
+        int64_t files;
+    } cases[] = {
+        {"scan --json '" + (dir / "tree") + "'", 1},
+        {"scan --json --no-exclusions '" + (dir / "tree") + "'", 3},
+        {"scan --json --exclude '" + (dir / "tree/kept") + "' '" + (dir / "tree") + "'", 0},
+    };
+    for (const auto& [words, files] : cases) {
+        const CliRun run = cli(words, false, environment);
+        ASSERT_EQ(run.status, 0) << words;
+        EXPECT_EQ(nlohmann::json::parse(run.out)["totalFiles"], files) << words;
+    }
+    const CliRun listed = cli("files '" + (dir / "tree") + "'", false, environment);
+    EXPECT_EQ(listed.out.find("b.bin"), std::string::npos) << listed.out;
+    EXPECT_NE(listed.out.find("a.bin"), std::string::npos) << listed.out;
 }
 
 } // namespace
