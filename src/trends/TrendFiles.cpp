@@ -58,7 +58,7 @@ std::optional<ScanSnapshot> decodeSnapshot(const json& object) {
     auto total = int64Value(member(object, "total"));
     auto buckets = sizeMap(member(object, "buckets"), false);
     auto folders = sizeMap(member(object, "folders"), true);
-    if (!uuid || !date || !total || !buckets || !folders) {
+    if (!uuid || !date || !total || !buckets || !folders || folders->size() > snapshotFolderLimit) {
         return std::nullopt;
     }
     return ScanSnapshot{std::move(*uuid),
