@@ -13,6 +13,7 @@ declare -A seeds=(
     [lzfse_round_trip]="tests/data/lzfse"
     [history_decode]="tests/data/history"
     [scan_archive]="tests/data/archive"
+    [trend_files]="tests/data/trends"
 )
 
 seconds=${1:-60}

@@ -5,6 +5,7 @@
 #include "platform/Terminal.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
+#include "removal/HistoryJournal.h"
 #include "removal/Toast.h"
 #include "scanning/ScanPaths.h"
 
@@ -36,9 +37,11 @@ bool confirmed(const std::string& question, bool yes) {
 }
 
 int runRemoval(const std::vector<DeletionRequest>& requests) {
-    const DeletionOutcome outcome = DeletionEngine::run(requests);
-    DeletionHistory history(DeletionHistory::defaultPath());
-    history.record(outcome.entries);
+    const std::string historyFile = DeletionHistory::defaultPath();
+    HistoryJournal journal(historyFile);
+    const DeletionOutcome outcome = DeletionEngine::run(requests, &journal);
+    DeletionHistory history(historyFile);
+    history.record(outcome.entries, &journal);
 
     const DeletionReport& report = outcome.report;
     const Toast toast = deletionToast(report, outcome.entries);

@@ -4,6 +4,7 @@
 #include "cli/Commands.h"
 #include "removal/DeletionHistory.h"
 #include "removal/Toast.h"
+#include "scanning/ScanPaths.h"
 #include "system/Uuid.h"
 
 #include <algorithm>
@@ -47,10 +48,14 @@ int runUndo(Arguments& arguments) {
         }
         chosen.push_back(*found);
     }
-    const int restored = undo(history, chosen);
-    const Toast toast = undoToast(restored);
+    const UndoReport report = undo(history, chosen);
+    const Toast toast = undoToast(report.restored);
     std::cout << toast.message << "\n" << toast.detail.value_or("") << "\n";
-    return static_cast<size_t>(restored) == chosen.size() ? 0 : 1;
+    for (const UndoFailure& failure : report.failures) {
+        std::cout << "  " << displayPath(failure.entry.originalPath) << ": " << failure.reason
+                  << "\n";
+    }
+    return report.failures.empty() ? 0 : 1;
 }
 
 } // namespace dorvik::cli

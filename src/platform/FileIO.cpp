@@ -33,7 +33,7 @@ std::string temporarySibling(const std::string& path) {
 
 } // namespace
 
-bool writeFileAtomically(const std::string& path, std::span<const uint8_t> bytes) {
+bool writeFileAtomically(const std::string& path, std::span<const uint8_t> bytes, unsigned mode) {
     std::error_code error;
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
     if (!parent.empty()) {
@@ -41,7 +41,7 @@ bool writeFileAtomically(const std::string& path, std::span<const uint8_t> bytes
     }
     const std::string temporary = temporarySibling(path);
     const int fd =
-        open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+        open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
     if (fd < 0) {
         return false;
     }
@@ -54,9 +54,9 @@ bool writeFileAtomically(const std::string& path, std::span<const uint8_t> bytes
     return true;
 }
 
-bool writeFileAtomically(const std::string& path, const std::string& text) {
+bool writeFileAtomically(const std::string& path, const std::string& text, unsigned mode) {
     return writeFileAtomically(
-        path, std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+        path, std::span(reinterpret_cast<const uint8_t*>(text.data()), text.size()), mode);
 }
 
 int writeNewFile(const std::string& path, const std::string& text, unsigned mode) {
@@ -77,7 +77,7 @@ int writeNewFile(const std::string& path, const std::string& text, unsigned mode
 }
 
 std::optional<std::vector<uint8_t>> readWholeFile(const std::string& path, size_t maxBytes) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
         return std::nullopt;
     }

@@ -30,6 +30,9 @@ std::optional<std::vector<std::string>> directoryEntries(const std::string& path
 // seconds since 1970 with the fraction; none when it cannot be read.
 std::optional<double> modificationTime(const std::string& path);
 
+// Removes the file (a link itself, never its target); a file already gone is no error.
+void removeFile(const std::string& path);
+
 // Creates the folder and every missing folder above it. None when the folder stands afterwards.
 std::optional<FileError> createFolders(const std::string& path);
 

@@ -115,6 +115,72 @@ std::string unescapedPath(std::string_view text) {
     return bytes;
 }
 
+namespace {
+
+// Counts as the parser goes and stops it at the first value past a limit, so that no document is
+// built from a text that could not be ours.
+class LimitCounter : public nlohmann::json_sax<json> {
+public:
+    explicit LimitCounter(const ArrayLimits& limits) : limits_(limits) {}
+
+    bool null() override { return value(); }
+    bool boolean(bool) override { return value(); }
+    bool number_integer(number_integer_t) override { return value(); }
+    bool number_unsigned(number_unsigned_t) override { return value(); }
+    bool number_float(number_float_t, const string_t&) override { return value(); }
+    bool string(string_t&) override { return value(); }
+    bool binary(binary_t&) override { return value(); }
+    bool start_object(std::size_t) override { return open(false); }
+    bool key(string_t&) override { return true; }
+    bool end_object() override { return close(); }
+    bool start_array(std::size_t) override { return open(true); }
+    bool end_array() override { return close(); }
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override {
+        return false;
+    }
+
+private:
+    bool value() {
+        if (depth_ == 0) {
+            return false; // the document itself must be the array
+        }
+        if (depth_ == 1) {
+            ++elements_;
+            valuesInElement_ = 0;
+            if (elements_ > limits_.elements) {
+                return false;
+            }
+        }
+        return ++valuesInElement_ <= limits_.valuesPerElement;
+    }
+    bool open(bool isArray) {
+        if (depth_ == 0) {
+            if (!isArray) {
+                return false;
+            }
+        } else if (!value()) {
+            return false;
+        }
+        return ++depth_ <= limits_.depth;
+    }
+    bool close() {
+        --depth_;
+        return true;
+    }
+
+    const ArrayLimits& limits_;
+    size_t depth_ = 0;
+    size_t elements_ = 0;
+    size_t valuesInElement_ = 0;
+};
+
+} // namespace
+
+bool withinLimits(std::string_view text, const ArrayLimits& limits) {
+    LimitCounter counter(limits);
+    return json::sax_parse(text, &counter, json::input_format_t::json, true, false);
+}
+
 std::string compactText(const json& document) {
     return document.dump(-1, ' ', false, json::error_handler_t::replace);
 }

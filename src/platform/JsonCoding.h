@@ -36,9 +36,25 @@ std::string unescapedPath(std::string_view text);
 // paths that must lead back to a file go through `escapedPath` first.
 std::string compactText(const nlohmann::json& document);
 
-// Every element decoded, or none when the text is no JSON array or one element fails.
+// What an array file of ours can legitimately hold, checked before a document is built from it
+// (a document takes many times the memory of its text, most for many small values).
+struct ArrayLimits {
+    size_t elements = 0;
+    size_t valuesPerElement = 0; // every value counts: an object, its members, what they hold
+    size_t depth = 0;            // the array itself is depth 1
+};
+
+// True when `text` is a JSON array within `limits`; false for anything else.
+bool withinLimits(std::string_view text, const ArrayLimits& limits);
+
+// Every element decoded, or none when the text is no JSON array within `limits` or one element
+// fails.
 template <typename Record, typename Decode>
-std::optional<std::vector<Record>> decodeArray(std::string_view text, Decode decode) {
+std::optional<std::vector<Record>> decodeArray(std::string_view text, Decode decode,
+                                               const ArrayLimits& limits) {
+    if (!withinLimits(text, limits)) {
+        return std::nullopt;
+    }
     const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
     if (!document.is_array()) {
         return std::nullopt;

@@ -177,7 +177,8 @@ int renameNoReplace(const std::string& from, const std::string& to) {
 // Claims a free name with its ".trashinfo" (made exclusively, so two removals never share one),
 // then moves the item in. The info file goes again if the move fails. Zero or the error number.
 int moveInto(const TrashFolder& trash, const std::string& path, const std::string& realPath,
-             const std::string& name, std::string& trashedPath) {
+             const std::string& name, const ItemIdentity& item,
+             const std::function<void(const TrashClaim&)>& claimed, std::string& trashedPath) {
     std::string recorded = realPath;
     if (!trash.pathPrefix.empty()) {
         recorded = realPath.substr(trash.pathPrefix == "/" ? 1 : trash.pathPrefix.size() + 1);
@@ -188,6 +189,9 @@ int moveInto(const TrashFolder& trash, const std::string& path, const std::strin
         const std::string candidate = candidateName(name, attempt);
         const std::string infoPath = trash.path + "/info/" + candidate + std::string(infoSuffix);
         const std::string target = trash.path + "/files/" + candidate;
+        if (claimed) {
+            claimed(TrashClaim{target, infoPath, info, item});
+        }
         if (const int error = writeNewFile(infoPath, info, 0600); error != 0) {
             if (error == EEXIST) {
                 continue;
@@ -230,7 +234,8 @@ std::string trashInfoEscaped(const std::string& path) {
     return escaped;
 }
 
-TrashOutcome moveToTrash(const std::string& path) {
+TrashOutcome moveToTrash(const std::string& path,
+                         const std::function<void(const TrashClaim&)>& claimed) {
     const auto split = splitPath(path);
     if (!split) {
         return {std::nullopt, fileErrorFromNumber(EINVAL)};
@@ -251,12 +256,14 @@ TrashOutcome moveToTrash(const std::string& path) {
         return {std::nullopt, fileErrorFromNumber(errno)};
     }
     const std::string realPath = joined(realParent, split->name);
+    const ItemIdentity identity{item.st_dev, item.st_ino, item.st_size};
 
     std::string trashedPath;
     if (const auto home = homeTrash(parent.st_dev)) {
-        const int error = moveInto(*home, path, realPath, split->name, trashedPath);
+        const int error =
+            moveInto(*home, path, realPath, split->name, identity, claimed, trashedPath);
         if (error == 0) {
-            return {trashedPath, std::nullopt};
+            return {trashedPath, std::nullopt, identity};
         }
         if (error != EXDEV) {
             return {std::nullopt, fileErrorFromNumber(error)};
@@ -267,23 +274,12 @@ TrashOutcome moveToTrash(const std::string& path) {
     if (!own) {
         return {std::nullopt, fileErrorFromNumber(EACCES)};
     }
-    if (const int error = moveInto(*own, path, realPath, split->name, trashedPath); error != 0) {
+    if (const int error =
+            moveInto(*own, path, realPath, split->name, identity, claimed, trashedPath);
+        error != 0) {
         return {std::nullopt, fileErrorFromNumber(error)};
     }
-    return {trashedPath, std::nullopt};
-}
-
-std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
-                                          const std::string& originalPath) {
-    if (const int error = renameNoReplace(trashedPath, originalPath); error != 0) {
-        return fileErrorFromNumber(error);
-    }
-    const auto split = splitPath(trashedPath);
-    if (split && split->parent.ends_with("/files")) {
-        const std::string trash = parentOf(split->parent);
-        unlink((trash + "/info/" + split->name + std::string(infoSuffix)).c_str());
-    }
-    return std::nullopt;
+    return {trashedPath, std::nullopt, identity};
 }
 
 } // namespace dorvik::platform

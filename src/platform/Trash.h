@@ -8,26 +8,35 @@
 // that says where it came from and when it went.
 
 #include "platform/FileError.h"
+#include "platform/ItemIdentity.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace dorvik::platform {
 
 struct TrashOutcome {
-    std::optional<std::string> trashedPath; // where the item lies now; set on success
-    std::optional<FileError> error;         // set on failure, when nothing moved
+    std::optional<std::string> trashedPath;          // where the item lies now; set on success
+    std::optional<FileError> error;                  // set on failure, when nothing moved
+    std::optional<ItemIdentity> item = std::nullopt; // the item that moved; set on success
+};
+
+// A name about to be taken in a trash for an item: neither its ".trashinfo" nor the item is
+// there yet.
+struct TrashClaim {
+    std::string trashedPath; // where the item will lie
+    std::string infoPath;
+    std::string infoText; // exactly what the ".trashinfo" holds
+    ItemIdentity item;
 };
 
 // Moves the item at `path` (a file, a link or a whole folder; a link is moved, never followed)
 // into the Trash of its filesystem. Nothing is copied: an item whose filesystem has no usable
-// trash is a failure.
-TrashOutcome moveToTrash(const std::string& path);
-
-// Moves a trashed item back to `originalPath`, never over anything that stands there, and removes
-// its ".trashinfo". None on success.
-std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
-                                          const std::string& originalPath);
+// trash is a failure. `claimed` is called for each name tried, before its ".trashinfo" is
+// written, so that a caller can note it somewhere a kill cannot erase.
+TrashOutcome moveToTrash(const std::string& path,
+                         const std::function<void(const TrashClaim&)>& claimed = {});
 
 // The "Path" value of a ".trashinfo": every byte but letters, digits, "-._~" and "/" written as
 // "%XX".

@@ -2,6 +2,7 @@
 
 #include "platform/RemoveItem.h"
 #include "platform/Trash.h"
+#include "removal/HistoryJournal.h"
 #include "removal/SafetyRules.h"
 #include "system/Dates.h"
 #include "system/Uuid.h"
@@ -35,7 +36,7 @@ std::string failureReason(const platform::FileError& error) {
     return error.description;
 }
 
-DeletionOutcome run(const std::vector<DeletionRequest>& requests) {
+DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal* journal) {
     DeletionOutcome outcome;
     DeletionReport& report = outcome.report;
     for (const DeletionRequest& request : requests) {
@@ -45,15 +46,22 @@ DeletionOutcome run(const std::vector<DeletionRequest>& requests) {
             report.skippedProtected.push_back(failure(request.path, std::move(verdict.reason)));
             continue;
         }
-        HistoryEntry entry{Uuid::make(), 0, request.path, std::nullopt, request.size, false};
+        HistoryEntry entry{Uuid::make(), Dates::now(), request.path, std::nullopt,
+                           request.size, false,        std::nullopt};
         if (request.removal == Removal::trash) {
-            platform::TrashOutcome trashed = platform::moveToTrash(request.path);
+            platform::TrashOutcome trashed =
+                platform::moveToTrash(request.path, [&](const platform::TrashClaim& claim) {
+                    if (journal != nullptr) {
+                        journal->claimed(entry, claim);
+                    }
+                });
             if (trashed.error) {
                 report.failures.push_back(failure(request.path, failureReason(*trashed.error)));
                 continue;
             }
             report.movedToTrash += request.size;
             entry.trashPath = std::move(trashed.trashedPath);
+            entry.trashedItem = trashed.item;
         } else {
             if (const auto error = platform::removeItem(request.path)) {
                 report.failures.push_back(failure(request.path, failureReason(*error)));
@@ -62,6 +70,9 @@ DeletionOutcome run(const std::vector<DeletionRequest>& requests) {
             report.freed += request.size;
         }
         entry.date = Dates::now();
+        if (journal != nullptr) {
+            journal->recorded(entry);
+        }
         report.deletedPaths.push_back(request.path);
         outcome.entries.push_back(std::move(entry));
     }

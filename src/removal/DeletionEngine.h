@@ -20,11 +20,15 @@ struct DeletionOutcome {
     std::vector<HistoryEntry> entries; // for the items that went, in request order
 };
 
+class HistoryJournal;
+
 namespace DeletionEngine {
 
 // Every request in list order, strictly one after the other. It has no failure of its own: each
-// refusal lands in the report and the batch goes on. Blocks; run it on a worker.
-DeletionOutcome run(const std::vector<DeletionRequest>& requests);
+// refusal lands in the report and the batch goes on. Each item is noted in `journal`, when one
+// is given, as it goes (see HistoryJournal). Blocks; run it on a worker.
+DeletionOutcome run(const std::vector<DeletionRequest>& requests,
+                    HistoryJournal* journal = nullptr);
 
 // The sentence the user reads for a refusal of the file system.
 std::string failureReason(const platform::FileError& error);

@@ -1,15 +1,21 @@
 #pragma once
 
 // The log of everything Dorvik removed, across launches, and what undo works from: an entry with
-// a trashPath can be moved back. One JSON file, read once when the history is made and rewritten
-// whole and atomically at each change. Persistence never reports anything: a file that cannot be
-// read leaves the log empty (and the next save replaces it), a failed write leaves the log in
-// memory as it is. Main thread only: the AppState owns it and announces its changes.
+// a trashPath can be moved back. One JSON file that the application, dorvik-cli and the
+// background tick share: every change is made under the file's lock to what the file holds at
+// that moment (entries another process added stay, a "restored" mark made elsewhere stays), then
+// written whole and atomically, and the log in memory becomes what was written. A batch's own
+// journal, and those that killed batches left, are folded in on the way. Persistence never
+// reports anything: a file that cannot be read counts as the log in memory (and the next save
+// replaces it), a failed write leaves the log in memory as it is. Main thread only: the AppState
+// owns it and announces its changes.
 
 #include "platform/FileError.h"
 #include "removal/HistoryEntry.h"
+#include "removal/HistoryFile.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,11 +23,13 @@
 
 namespace dorvik {
 
+class HistoryJournal;
+
 class DeletionHistory {
 public:
-    static constexpr size_t maximumEntries = 5000;
+    static constexpr size_t maximumEntries = HistoryFile::maximumEntries;
 
-    // Reads the file at once.
+    // Reads the file at once, folding in what killed batches left.
     explicit DeletionHistory(std::string fileURL);
 
     // "history.json" in the application-support folder.
@@ -31,20 +39,30 @@ public:
     const std::vector<HistoryEntry>& entries() const { return entries_; }
     const std::string& fileURL() const { return fileURL_; }
 
-    // Puts the batch, in its order, in front of the log, keeps the newest 5,000 and saves.
-    void record(const std::vector<HistoryEntry>& batch);
+    // Reads the file again, as another process may have changed it. True when the log changed.
+    bool reload();
+
+    // Puts the batch, in its order, in front of the log (an entry already there stays where it
+    // is), keeps the newest 5,000 and saves. `finished`, the batch's journal, goes once the
+    // batch is saved.
+    void record(const std::vector<HistoryEntry>& batch, HistoryJournal* finished = nullptr);
 
     // Moves a trashed entry's item back to its original path, making the folders above it as
-    // needed, marks the entry restored and saves. Never replaces anything at the original path.
-    // An entry without a trashPath is left alone, without error. The error when the folders or
-    // the move fail.
+    // needed, marks the entry restored and saves. Never replaces anything at the original path,
+    // and restores only what the Trash itself says came from there (see platform/TrashRestore).
+    // An entry without a trashPath is left alone, without error. The error when a check, the
+    // folders or the move fail.
     std::optional<platform::FileError> restore(const HistoryEntry& entry);
 
-    // Empties the log and saves.
+    // Takes every entry this log holds out of the file (one added meanwhile by another process
+    // stays) and saves.
     void clear();
 
 private:
-    void save() const;
+    // Under the file's lock: the file as it is now, journals of ended batches folded in,
+    // `change` applied, the newest 5,000 written; the log becomes the result.
+    void update(const std::function<void(std::vector<HistoryEntry>&)>& change,
+                HistoryJournal* finished = nullptr);
 
     std::string fileURL_;
     std::vector<HistoryEntry> entries_;
@@ -58,9 +76,19 @@ std::string_view historyMethod(const HistoryEntry& entry);
 // page offers "Restore" on the same test.
 bool canRestore(const HistoryEntry& entry);
 
-// Restores, in order, those entries that can be restored, and returns how many came back. Entries
-// that can't are skipped silently, and so is a restore that fails: the program never overwrites
-// and never restores under a new name.
-int undo(DeletionHistory& history, const std::vector<HistoryEntry>& entries);
+struct UndoFailure {
+    HistoryEntry entry;
+    std::string reason; // a sentence for the user
+};
+
+struct UndoReport {
+    int restored = 0;
+    std::vector<UndoFailure> failures; // in the order given
+};
+
+// Restores, in order, those entries that can be restored. Each one that can't, or whose restore
+// fails, is a failure with its reason: the program never overwrites and never restores under a
+// new name.
+UndoReport undo(DeletionHistory& history, const std::vector<HistoryEntry>& entries);
 
 } // namespace dorvik

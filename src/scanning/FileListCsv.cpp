@@ -45,7 +45,8 @@ std::string fileListCsv(const std::vector<FileNodePtr>& nodes) {
 }
 
 bool writeFileListCsv(const std::string& path, const std::vector<FileNodePtr>& nodes) {
-    return platform::writeFileAtomically(path, fileListCsv(nodes));
+    // The user's own export: readable as any new file of theirs (the umask decides).
+    return platform::writeFileAtomically(path, fileListCsv(nodes), 0666);
 }
 
 } // namespace dorvik

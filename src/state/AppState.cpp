@@ -1,5 +1,6 @@
 #include "state/AppState.h"
 
+#include "removal/HistoryJournal.h"
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
@@ -33,12 +34,14 @@ AppState::AppState(AppStateOptions options, QObject* parent)
     : QObject(parent), options_(std::move(options)),
       settings_(key(settingsOrganisation), key(settingsApplication)),
       history_(DeletionHistory::defaultPath()),
-      relay_(std::make_shared<MainThreadRelay<AppState>>(this)) {
+      relay_(std::make_shared<MainThreadRelay<AppState>>(this)),
+      storeWatcher_(trends_.directory()) {
     if (!options_.accessProbe) {
         options_.accessProbe = [] { return dorvik::hasFullDiskAccess(); };
     }
     volume_ = volumeInfo("/");
     hasFullDiskAccess_ = probeAccess();
+    connect(&storeWatcher_, &StoreWatcher::changed, this, &AppState::readSharedFilesAgain);
     archiveTimer_.setSingleShot(true);
     archiveTimer_.setInterval(options_.archiveDelay);
     connect(&archiveTimer_, &QTimer::timeout, this, [this] {
@@ -338,21 +341,22 @@ void AppState::execute(const DeletionPlan& plan, bool includeReview) {
 
 void AppState::performDeletion(std::vector<DeletionRequest> requests, bool quiet,
                                std::function<void(const DeletionReport&)> done) {
-    QThreadPool::globalInstance()->start(
-        [relay = relay_, requests = std::move(requests), quiet, done = std::move(done)] {
-            DeletionOutcome outcome = DeletionEngine::run(requests);
-            relay->post([outcome = std::move(outcome), quiet, done](AppState& state) mutable {
-                const DeletionReport report = outcome.report;
-                state.finishDeletion(std::move(outcome), quiet);
-                if (done) {
-                    done(report);
-                }
-            });
+    auto journal = std::make_shared<HistoryJournal>(history_.fileURL());
+    QThreadPool::globalInstance()->start([relay = relay_, requests = std::move(requests), quiet,
+                                          done = std::move(done), journal] {
+        DeletionOutcome outcome = DeletionEngine::run(requests, journal.get());
+        relay->post([outcome = std::move(outcome), quiet, done, journal](AppState& state) mutable {
+            const DeletionReport report = outcome.report;
+            state.finishDeletion(std::move(outcome), quiet, journal.get());
+            if (done) {
+                done(report);
+            }
         });
+    });
 }
 
-void AppState::finishDeletion(DeletionOutcome outcome, bool quiet) {
-    history_.record(outcome.entries);
+void AppState::finishDeletion(DeletionOutcome outcome, bool quiet, HistoryJournal* journal) {
+    history_.record(outcome.entries, journal);
     emit historyChanged();
     const DeletionReport& report = outcome.report;
     markRemoved(std::set<std::string>(report.deletedPaths.begin(), report.deletedPaths.end()));
@@ -368,15 +372,24 @@ void AppState::finishDeletion(DeletionOutcome outcome, bool quiet) {
 }
 
 void AppState::undo(const std::vector<HistoryEntry>& entries) {
-    const int restored = dorvik::undo(history_, entries);
+    const UndoReport report = dorvik::undo(history_, entries);
     emit historyChanged();
-    showToast(undoToast(restored));
+    showToast(undoToast(report.restored));
     refreshVolume();
 }
 
 void AppState::clearHistory() {
     history_.clear();
     emit historyChanged();
+}
+
+void AppState::readSharedFilesAgain() {
+    if (history_.reload()) {
+        emit historyChanged();
+    }
+    if (trends_.reload()) {
+        emit trendsChanged();
+    }
 }
 
 void AppState::showToast(Toast toast) {

@@ -14,6 +14,7 @@
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
 #include "state/MainThreadRelay.h"
+#include "state/StoreWatcher.h"
 #include "system/VolumeInfo.h"
 #include "trends/ScanSnapshot.h"
 #include "trends/TrendStore.h"
@@ -151,6 +152,8 @@ signals:
     void toastChanged();
     void failuresChanged();
     void historyChanged();
+    // Another process changed the trend files.
+    void trendsChanged();
 
 private:
     void applyLaunchSettings();
@@ -159,7 +162,8 @@ private:
                     std::optional<ScanSnapshot> snapshot);
     void adoptScan(ScanResult result);
     void refreshVolume();
-    void finishDeletion(DeletionOutcome outcome, bool quiet);
+    void finishDeletion(DeletionOutcome outcome, bool quiet, HistoryJournal* journal);
+    void readSharedFilesAgain();
     void setIsScanning(bool scanning);
     void setHasFullDiskAccess(bool access);
     bool probeAccess() const;
@@ -169,6 +173,7 @@ private:
     DeletionHistory history_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
+    StoreWatcher storeWatcher_;
     QTimer archiveTimer_;
 
     AppSection section_ = AppSection::smartClean;

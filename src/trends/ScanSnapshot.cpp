@@ -3,6 +3,7 @@
 #include "scanning/ScanPaths.h"
 #include "system/Uuid.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace dorvik {
@@ -42,6 +43,27 @@ ScanSnapshot makeScanSnapshot(const ScanResult& result, double date) {
             if (child->isDirectory && !child->deleted && child->size >= snapshotFolderFloor) {
                 pending.push_back({child.get(), current.depth + 1, prefix + child->name});
             }
+        }
+    }
+    if (snapshot.folders.size() > snapshotFolderLimit) {
+        std::vector<int64_t> sizes;
+        for (const auto& [path, bytes] : snapshot.folders) {
+            sizes.push_back(bytes);
+        }
+        std::nth_element(sizes.begin(), sizes.begin() + (snapshotFolderLimit - 1), sizes.end(),
+                         std::greater<>());
+        const int64_t smallestKept = sizes[snapshotFolderLimit - 1];
+        // Ties at the edge: the first in path order stay.
+        size_t tiesKept =
+            snapshotFolderLimit - static_cast<size_t>(std::ranges::count_if(
+                                      sizes, [&](int64_t b) { return b > smallestKept; }));
+        for (auto folder = snapshot.folders.begin(); folder != snapshot.folders.end();) {
+            bool keep = folder->second > smallestKept;
+            if (folder->second == smallestKept && tiesKept > 0) {
+                keep = true;
+                --tiesKept;
+            }
+            folder = keep ? std::next(folder) : snapshot.folders.erase(folder);
         }
     }
     return snapshot;

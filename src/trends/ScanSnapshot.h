@@ -6,6 +6,7 @@
 
 #include "scanning/ScanResult.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -16,6 +17,8 @@ namespace dorvik {
 inline constexpr int snapshotFolderDepth = 7;
 // A child folder smaller than this is neither recorded nor entered; the root always is.
 inline constexpr int64_t snapshotFolderFloor = 16'000'000;
+// At most this many folders, the largest, so that the trend file stays small whatever the disk.
+inline constexpr size_t snapshotFolderLimit = 2000;
 
 struct ScanSnapshot {
     std::string id;   // a UUID in upper-case text form

@@ -10,8 +10,16 @@ namespace {
 
 using nlohmann::json;
 using platform::JsonCoding::compactText;
+using platform::JsonCoding::escapedPath;
 using platform::JsonCoding::int64Value;
 using platform::JsonCoding::member;
+using platform::JsonCoding::unescapedPath;
+
+// A snapshot: its object, six members, some room for members added later, its buckets (one per
+// storage bucket) and its folders. A sample: its object and three numbers, with the same room.
+constexpr platform::JsonCoding::ArrayLimits snapshotLimits{
+    maximumSnapshots, 1 + 6 + 8 + 64 + 2 + snapshotFolderLimit, 3};
+constexpr platform::JsonCoding::ArrayLimits sampleLimits{maximumSamples, 1 + 3 + 8, 2};
 
 std::optional<double> dateValue(const json* value) {
     const auto seconds = platform::JsonCoding::finiteNumber(value);
@@ -21,7 +29,7 @@ std::optional<double> dateValue(const json* value) {
     return Dates::fromReferenceDate(*seconds);
 }
 
-std::optional<std::map<std::string, int64_t>> sizeMap(const json* value) {
+std::optional<std::map<std::string, int64_t>> sizeMap(const json* value, bool keysArePaths) {
     if (value == nullptr || !value->is_object()) {
         return std::nullopt;
     }
@@ -31,7 +39,7 @@ std::optional<std::map<std::string, int64_t>> sizeMap(const json* value) {
         if (!parsed) {
             return std::nullopt;
         }
-        sizes[key] = *parsed;
+        sizes[keysArePaths ? unescapedPath(key) : key] = *parsed;
     }
     return sizes;
 }
@@ -48,14 +56,17 @@ std::optional<ScanSnapshot> decodeSnapshot(const json& object) {
     auto uuid = Uuid::parse(id->get_ref<const std::string&>());
     auto date = dateValue(member(object, "date"));
     auto total = int64Value(member(object, "total"));
-    auto buckets = sizeMap(member(object, "buckets"));
-    auto folders = sizeMap(member(object, "folders"));
-    if (!uuid || !date || !total || !buckets || !folders) {
+    auto buckets = sizeMap(member(object, "buckets"), false);
+    auto folders = sizeMap(member(object, "folders"), true);
+    if (!uuid || !date || !total || !buckets || !folders || folders->size() > snapshotFolderLimit) {
         return std::nullopt;
     }
-    return ScanSnapshot{std::move(*uuid),         *date,
-                        root->get<std::string>(), *total,
-                        std::move(*buckets),      std::move(*folders)};
+    return ScanSnapshot{std::move(*uuid),
+                        *date,
+                        unescapedPath(root->get_ref<const std::string&>()),
+                        *total,
+                        std::move(*buckets),
+                        std::move(*folders)};
 }
 
 std::optional<SpaceSample> decodeSample(const json& object) {
@@ -76,20 +87,24 @@ std::optional<SpaceSample> decodeSample(const json& object) {
 std::string encodeSnapshots(const std::vector<ScanSnapshot>& snapshots) {
     json document = json::array();
     for (const ScanSnapshot& snapshot : snapshots) {
+        json folders = json::object();
+        for (const auto& [path, bytes] : snapshot.folders) {
+            folders[escapedPath(path)] = bytes;
+        }
         document.push_back({
             {"id", snapshot.id},
             {"date", Dates::toReferenceDate(snapshot.date)},
-            {"root", snapshot.root},
+            {"root", escapedPath(snapshot.root)},
             {"total", snapshot.total},
             {"buckets", snapshot.buckets},
-            {"folders", snapshot.folders},
+            {"folders", std::move(folders)},
         });
     }
     return compactText(document);
 }
 
 std::optional<std::vector<ScanSnapshot>> decodeSnapshots(std::string_view text) {
-    return platform::JsonCoding::decodeArray<ScanSnapshot>(text, decodeSnapshot);
+    return platform::JsonCoding::decodeArray<ScanSnapshot>(text, decodeSnapshot, snapshotLimits);
 }
 
 std::string encodeSamples(const std::vector<SpaceSample>& samples) {
@@ -105,7 +120,7 @@ std::string encodeSamples(const std::vector<SpaceSample>& samples) {
 }
 
 std::optional<std::vector<SpaceSample>> decodeSamples(std::string_view text) {
-    return platform::JsonCoding::decodeArray<SpaceSample>(text, decodeSample);
+    return platform::JsonCoding::decodeArray<SpaceSample>(text, decodeSample, sampleLimits);
 }
 
 } // namespace dorvik::TrendFiles

@@ -7,6 +7,7 @@
 #include "trends/ScanSnapshot.h"
 #include "trends/SpaceSample.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,7 +18,19 @@ namespace dorvik::TrendFiles {
 inline constexpr std::string_view snapshotsFileName = "scans.json";
 inline constexpr std::string_view samplesFileName = "space.json";
 
-// Paths that are not valid UTF-8 have their bad bytes replaced, as JSON holds only text.
+// What the files can hold, as the trend store keeps them: a file with more is not ours and is
+// refused before a document is built. Snapshots: 10 roots of 30 each, 2,000 folders each. Samples:
+// one an hour for 120 days.
+inline constexpr size_t maximumSnapshots = 300;
+inline constexpr size_t maximumSamples = 120 * 24 + 1;
+// A sample is three numbers (under 128 bytes at their longest). A snapshot's folder paths have
+// no useful bound in bytes (each may be PATH_MAX long, escaped): its file keeps the old ceiling,
+// and the counts bound the memory.
+inline constexpr size_t maximumSamplesBytes = maximumSamples * 128;
+inline constexpr size_t maximumSnapshotsBytes = size_t{256} << 20;
+
+// Paths (the root, the folders) are written in JsonCoding's escaped form, so that any byte
+// string reads back the same; plain text written before reads as it was.
 std::string encodeSnapshots(const std::vector<ScanSnapshot>& snapshots);
 std::optional<std::vector<ScanSnapshot>> decodeSnapshots(std::string_view text);
 

@@ -2,38 +2,62 @@
 
 #include "platform/ApplicationSupport.h"
 #include "platform/FileIO.h"
-#include "trends/TrendFiles.h"
+#include "platform/LockedFile.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace dorvik {
 
 namespace {
 
-// Far above what 30 snapshots a root can fill; a larger file is not ours.
-constexpr size_t largestTrendFile = 256u << 20;
+std::optional<std::string> readText(const std::string& path, size_t maxBytes) {
+    const auto bytes = platform::readWholeFile(path, maxBytes);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    return std::string(bytes->begin(), bytes->end());
+}
 
-std::string readText(const std::string& path) {
-    const auto bytes = platform::readWholeFile(path, largestTrendFile);
-    return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
+std::optional<std::vector<ScanSnapshot>> decodeSnapshots(const std::optional<std::string>& text) {
+    return text ? TrendFiles::decodeSnapshots(*text) : std::nullopt;
+}
+
+std::optional<std::vector<SpaceSample>> decodeSamples(const std::optional<std::string>& text) {
+    return text ? TrendFiles::decodeSamples(*text) : std::nullopt;
 }
 
 } // namespace
 
 TrendStore::TrendStore(std::optional<std::string> directory)
     : directory_(directory ? std::move(*directory) : platform::applicationSupportDirectory()) {
-    std::error_code ignored;
-    std::filesystem::create_directories(directory_, ignored);
-    snapshots_ = TrendFiles::decodeSnapshots(
-                     readText(directory_ + "/" + std::string(TrendFiles::snapshotsFileName)))
-                     .value_or(std::vector<ScanSnapshot>{});
-    samples_ = TrendFiles::decodeSamples(
-                   readText(directory_ + "/" + std::string(TrendFiles::samplesFileName)))
-                   .value_or(std::vector<SpaceSample>{});
+    platform::makePrivateFolder(directory_);
+    reload();
+}
+
+std::string TrendStore::snapshotsPath() const {
+    return directory_ + "/" + std::string(TrendFiles::snapshotsFileName);
+}
+
+std::string TrendStore::samplesPath() const {
+    return directory_ + "/" + std::string(TrendFiles::samplesFileName);
+}
+
+bool TrendStore::reload() {
+    auto snapshots = decodeSnapshots(readText(snapshotsPath(), TrendFiles::maximumSnapshotsBytes))
+                         .value_or(std::vector<ScanSnapshot>{});
+    auto samples = decodeSamples(readText(samplesPath(), TrendFiles::maximumSamplesBytes))
+                       .value_or(std::vector<SpaceSample>{});
+    const bool changed = snapshots != snapshots_ || samples != samples_;
+    snapshots_ = std::move(snapshots);
+    samples_ = std::move(samples);
+    return changed;
 }
 
 void TrendStore::record(ScanSnapshot snapshot) {
+    const platform::LockedFile file(snapshotsPath());
+    if (auto current = decodeSnapshots(file.read(TrendFiles::maximumSnapshotsBytes))) {
+        snapshots_ = std::move(*current);
+    }
     const auto earlier = history(snapshot.root);
     if (!earlier.empty() && snapshot.date - earlier.front().date < replaceInterval) {
         removeSnapshots({earlier.front().id});
@@ -48,13 +72,21 @@ void TrendStore::record(ScanSnapshot snapshot) {
         }
         removeSnapshots(oldest);
     }
-    platform::writeFileAtomically(directory_ + "/" + std::string(TrendFiles::snapshotsFileName),
-                                  TrendFiles::encodeSnapshots(snapshots_));
+    while (snapshots_.size() > maximumSnapshots) {
+        snapshots_.erase(std::min_element(
+            snapshots_.begin(), snapshots_.end(),
+            [](const ScanSnapshot& a, const ScanSnapshot& b) { return a.date < b.date; }));
+    }
+    file.write(TrendFiles::encodeSnapshots(snapshots_));
 }
 
 void TrendStore::recordSample(const std::optional<VolumeInfo>& volume, double now) {
     if (!volume) {
         return;
+    }
+    const platform::LockedFile file(samplesPath());
+    if (auto current = decodeSamples(file.read(TrendFiles::maximumSamplesBytes))) {
+        samples_ = std::move(*current);
     }
     if (!samples_.empty() && now - samples_.back().date < sampleSpacing) {
         return;
@@ -62,8 +94,11 @@ void TrendStore::recordSample(const std::optional<VolumeInfo>& volume, double no
     samples_.push_back({now, volume->total - volume->available, volume->total});
     std::erase_if(samples_,
                   [now](const SpaceSample& sample) { return now - sample.date > sampleAgeLimit; });
-    platform::writeFileAtomically(directory_ + "/" + std::string(TrendFiles::samplesFileName),
-                                  TrendFiles::encodeSamples(samples_));
+    if (samples_.size() > TrendFiles::maximumSamples) {
+        samples_.erase(samples_.begin(),
+                       samples_.end() - static_cast<std::ptrdiff_t>(TrendFiles::maximumSamples));
+    }
+    file.write(TrendFiles::encodeSamples(samples_));
 }
 
 std::vector<ScanSnapshot> TrendStore::history(const std::string& root) const {

@@ -1,12 +1,15 @@
 #pragma once
 
 // The program's long memory: one snapshot per finished scan and one sample of used space per
-// hour, kept in "scans.json" and "space.json". Every change rewrites its file whole and
-// atomically; every file error is swallowed, leaving the lists in memory as they are.
+// hour, kept in "scans.json" and "space.json", which the application, dorvik-cli and the
+// background tick share. Every change is made under the file's lock to what the file holds at
+// that moment, then the file is rewritten whole and atomically and the list in memory becomes
+// what was written; every file error is swallowed, leaving the lists in memory as they are.
 
 #include "system/VolumeInfo.h"
 #include "trends/ScanSnapshot.h"
 #include "trends/SpaceSample.h"
+#include "trends/TrendFiles.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +25,8 @@ public:
     // A sample is taken only when the last one is at least this old.
     static constexpr double sampleSpacing = 3600;
     static constexpr double sampleAgeLimit = 10'368'000; // 120 days
+    // Beyond this many snapshots of all roots, the oldest go.
+    static constexpr size_t maximumSnapshots = TrendFiles::maximumSnapshots;
 
     // Keeps its files in `directory`, by default the application-support folder. Makes the
     // folder and loads both files; a file that is missing or fails to decode leaves its list
@@ -34,8 +39,12 @@ public:
     const std::vector<SpaceSample>& samples() const { return samples_; }
     const std::string& directory() const { return directory_; }
 
-    // Adds the snapshot (a rescan within the hour replaces the root's newest, and a root keeps
-    // its newest 30), then writes "scans.json".
+    // Reads both files again, as another process may have changed them. True when a list
+    // changed.
+    bool reload();
+
+    // Adds the snapshot (a rescan within the hour replaces the root's newest, a root keeps its
+    // newest 30, and all roots together the newest 300), then writes "scans.json".
     void record(ScanSnapshot snapshot);
 
     // Adds a sample of `volume` at `now` unless the last is less than an hour old, drops those
@@ -50,6 +59,8 @@ public:
 
 private:
     void removeSnapshots(const std::vector<std::string>& ids);
+    std::string snapshotsPath() const;
+    std::string samplesPath() const;
 
     std::string directory_;
     std::vector<ScanSnapshot> snapshots_;

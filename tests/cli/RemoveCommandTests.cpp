@@ -132,6 +132,15 @@ TEST_F(RemoveCommandTest, OnATerminalTheUserIsAsked) {
     EXPECT_FALSE(test::entryExists(home + "/Downloads/movie.mkv"));
 }
 
+TEST_F(RemoveCommandTest, ANameThatIsNotUtf8ComesBack) {
+    const std::string name = home + "/Downloads/caf\xe9 \xff.txt";
+    test::writeText(name, "bytes");
+    ASSERT_EQ(run("remove --yes " + shellQuoted(name)).status, 0);
+    const CliRun back = run("undo --last");
+    EXPECT_EQ(back.status, 0) << back.out;
+    EXPECT_EQ(test::readText(name), "bytes");
+}
+
 TEST_F(RemoveCommandTest, HistoryAndUndo) {
     EXPECT_EQ(run("history").out, "Nothing deleted yet.\n");
     ASSERT_EQ(run("remove --yes " + quoted("Downloads/movie.mkv")).status, 0);
@@ -159,7 +168,8 @@ TEST_F(RemoveCommandTest, HistoryAndUndo) {
     test::writeText(home + "/Downloads/movie.mkv", "another movie");
     const CliRun blocked = run("undo " + movieID);
     EXPECT_EQ(blocked.status, 1);
-    EXPECT_EQ(blocked.out, "0 item(s) restored\nScan again to see updated sizes.\n");
+    EXPECT_EQ(blocked.out, "0 item(s) restored\nScan again to see updated sizes.\n"
+                           "  ~/Downloads/movie.mkv: Something else is at its original place.\n");
     EXPECT_EQ(test::readText(home + "/Downloads/movie.mkv"), "another movie");
     EXPECT_TRUE(test::entryExists(trashFiles + "/movie.mkv"));
     fs::remove(home + "/Downloads/movie.mkv");

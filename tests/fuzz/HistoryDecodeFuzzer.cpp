@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         const HistoryEntry& a = (*decoded)[i];
         const HistoryEntry& b = (*again)[i];
         if (a.id != b.id || a.originalPath != b.originalPath || a.trashPath != b.trashPath ||
-            a.size != b.size || a.restored != b.restored) {
+            a.size != b.size || a.restored != b.restored || a.trashedItem != b.trashedItem) {
             __builtin_trap();
         }
     }

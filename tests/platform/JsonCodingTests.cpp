@@ -38,5 +38,34 @@ TEST(JsonCodingTests, PathsOfAnyBytesSurviveAJsonFile) {
     EXPECT_EQ(JsonCoding::unescapedPath("/a\0f"s), "/a\0f"s);
 }
 
+TEST(JsonCodingTests, LimitsAreCheckedBeforeADocumentIsBuilt) {
+    const JsonCoding::ArrayLimits limits{2, 3, 2}; // two elements of at most three values
+    const struct {
+        std::string text;
+        bool within;
+    } cases[] = {
+        {"[]", true},
+        {R"([{"a":1,"b":2},3])", true},
+        {R"([{"a":1,"b":2},{"c":3}])", true},
+        {"[1,2,3]", false},                  // a third element
+        {R"([{"a":1,"b":2,"c":3}])", false}, // four values in one element
+        {"[[[1]]]", false},                  // deeper than allowed
+        {R"({"a":[]})", false},              // no array
+        {"7", false},
+        {"[1,", false}, // cut short
+        {"", false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(JsonCoding::withinLimits(c.text, limits), c.within) << c.text;
+    }
+    // A long array of small values is stopped at the first value past the limit.
+    std::string many = "[";
+    for (int i = 0; i < 100000; ++i) {
+        many += "{},";
+    }
+    many += "{}]";
+    EXPECT_FALSE(JsonCoding::withinLimits(many, {5000, 10, 2}));
+}
+
 } // namespace
 } // namespace dorvik::platform

@@ -2,6 +2,7 @@
 // user's Trash is never touched.
 
 #include "platform/Trash.h"
+#include "platform/TrashRestore.h"
 #include "support/ScratchMount.h"
 #include "support/TempDir.h"
 #include "support/TestHome.h"

@@ -218,7 +218,7 @@ TEST_F(DeletionHistoryTest, UndoNeverOverwritesAndNeverRenames) {
     // The toast's copies still say "not restored" the second time: the log knows better.
     const std::vector<HistoryEntry> all = {trashed[0], trashed[1],   trashed[2],
                                            trashed[3], permanent[0], trashed[3]};
-    EXPECT_EQ(undo(history, all), 2);
+    EXPECT_EQ(undo(history, all).restored, 2);
     EXPECT_EQ(test::readText(home + "/Desktop/back.txt"), "back.txt");
     EXPECT_EQ(test::readText(home + "/Desktop/twice.txt"), "twice.txt");
     EXPECT_EQ(test::readText(home + "/Desktop/taken.txt"), "a new file in its place");
@@ -236,7 +236,7 @@ TEST_F(DeletionHistoryTest, UndoNeverOverwritesAndNeverRenames) {
                                          : stored.trashPath ? "Trash"
                                                             : "Deleted");
     }
-    EXPECT_EQ(undo(history, all), 0);
+    EXPECT_EQ(undo(history, all).restored, 0);
 
     // The Trash gives a freed name to the next item of that name: a restored entry points at
     // someone else's item now, and never brings it back.
@@ -248,9 +248,9 @@ TEST_F(DeletionHistoryTest, UndoNeverOverwritesAndNeverRenames) {
     ASSERT_NE(stored, history.entries().end());
     EXPECT_TRUE(stored->restored);
     EXPECT_FALSE(canRestore(*stored));
-    EXPECT_EQ(undo(history, {trashed[0]}), 0);
+    EXPECT_EQ(undo(history, {trashed[0]}).restored, 0);
     EXPECT_FALSE(test::entryExists(home + "/Desktop/back.txt"));
-    EXPECT_EQ(undo(history, {other[0]}), 1);
+    EXPECT_EQ(undo(history, {other[0]}).restored, 1);
     EXPECT_EQ(test::readText(home + "/Elsewhere/back.txt"), "another back.txt");
 }
 

@@ -23,6 +23,28 @@ FileNodePtr add(const FileNodePtr& parent, FileNodePtr child) {
     return child;
 }
 
+TEST(ScanSnapshot, KeepsTheLargestFoldersUpToItsLimit) {
+    ScanResult result;
+    result.root = folder("/data", 1'000'000'000'000);
+    // 2,100 folders of the floor, 10 larger ones, and ties at the edge.
+    for (int i = 0; i < 2100; ++i) {
+        add(result.root, folder("f" + std::to_string(10000 + i), 16'000'000));
+    }
+    for (int i = 0; i < 10; ++i) {
+        add(result.root, folder("big" + std::to_string(i), 17'000'000));
+    }
+    const ScanSnapshot snapshot = makeScanSnapshot(result, 1);
+    ASSERT_EQ(snapshot.folders.size(), snapshotFolderLimit);
+    EXPECT_TRUE(snapshot.folders.contains("/data"));
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_TRUE(snapshot.folders.contains("/data/big" + std::to_string(i)));
+    }
+    // Of the ties, the first in path order stay.
+    EXPECT_TRUE(snapshot.folders.contains("/data/f10000"));
+    EXPECT_TRUE(snapshot.folders.contains("/data/f11988"));
+    EXPECT_FALSE(snapshot.folders.contains("/data/f11989"));
+}
+
 TEST(ScanSnapshot, RecordsFoldersDownToTheDepthAndAboveTheFloor) {
     ScanResult result;
     result.root = folder("/System/Volumes/Data/Users/me", 10); // the root is always recorded

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace dorvik::platform {
+
+// Whether a process with this id runs now (one of another user's counts). Used to tell a file
+// left by a killed process from one still being written.
+bool processIsAlive(long pid);
+
+} // namespace dorvik::platform
