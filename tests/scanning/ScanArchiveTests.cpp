@@ -1,6 +1,7 @@
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
+#include "support/HostileArchives.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -267,6 +268,58 @@ TEST(ScanArchive, TableCounts) {
     ASSERT_TRUE(most);
     EXPECT_EQ(most->scan.bucketTotals.size(), 12u);
     EXPECT_FALSE(withBucketEntries(1000));
+}
+
+size_t levelsBelow(const FileNode& root) {
+    size_t levels = 0;
+    for (const FileNode* at = &root; !at->children.empty(); at = at->children[0].get()) {
+        ++levels;
+    }
+    return levels;
+}
+
+// No disk holds a tree deeper than the limit: such an archive is none, and reading it neither
+// overflows the stack nor builds what it describes.
+TEST(ScanArchive, TreesDeeperThanTheLimitAreNoArchive) {
+    const size_t deepest = ScanArchive::Limits{}.deepestLevel;
+    const struct {
+        size_t levels;
+        bool reads;
+    } cases[] = {{deepest, true}, {deepest + 1, false}, {150'000, false}};
+    for (const auto& [levels, reads] : cases) {
+        const auto archived = ScanArchive::decodePayload(test::chainPayload(levels));
+        ASSERT_EQ(archived.has_value(), reads) << levels;
+        if (archived) {
+            EXPECT_EQ(levelsBelow(*archived->scan.root), levels);
+        }
+    }
+}
+
+// The node count and the payload are held to what a disk can hold, before the memory is taken.
+TEST(ScanArchive, NodeCountAndPayloadLimits) {
+    ScanArchive::Limits small;
+    small.mostNodes = 100;
+    EXPECT_TRUE(ScanArchive::decodePayload(test::widePayload(99), small));
+    EXPECT_FALSE(ScanArchive::decodePayload(test::widePayload(100), small));
+
+    const Bytes payload = test::widePayload(10);
+    small.largestPayload = payload.size();
+    EXPECT_TRUE(ScanArchive::decodeArchive(test::compressed(payload), small));
+    small.largestPayload = payload.size() - 1;
+    EXPECT_FALSE(ScanArchive::decodeArchive(test::compressed(payload), small));
+
+    // Small files that unfold into more than any disk holds.
+    const struct {
+        std::string what;
+        Bytes file;
+    } hostile[] = {
+        {"20 million folders", test::wideArchive(20'000'000)},
+        {"1 GiB of zeros", test::zerosArchive(size_t{1} << 30)},
+    };
+    for (const auto& [what, file] : hostile) {
+        EXPECT_LT(file.size(), 1u << 20) << what;
+        EXPECT_FALSE(ScanArchive::decodeArchive(file)) << what;
+    }
 }
 
 TEST(ScanArchive, FilesThatAreNoArchive) {
