@@ -77,7 +77,9 @@ int writeNewFile(const std::string& path, const std::string& text, unsigned mode
 }
 
 std::optional<std::vector<uint8_t>> readWholeFile(const std::string& path, size_t maxBytes) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Without O_NONBLOCK, opening a FIFO waits for a writer that may never come. A regular
+    // file reads the same either way, and nothing else is read.
+    const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
         return std::nullopt;
     }

@@ -22,7 +22,8 @@ bool writeFileAtomically(const std::string& path, const std::string& text);
 // file that could not be written completely is removed again.
 int writeNewFile(const std::string& path, const std::string& text, unsigned mode);
 
-// The whole file, or none when it cannot be read or is larger than `maxBytes`.
+// The whole file, or none when it cannot be read, is larger than `maxBytes` or is no regular
+// file (a FIFO or a device is refused at once, never waited on).
 std::optional<std::vector<uint8_t>> readWholeFile(const std::string& path, size_t maxBytes);
 
 } // namespace dorvik::platform

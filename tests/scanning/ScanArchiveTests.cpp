@@ -7,9 +7,15 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <chrono>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace dorvik {
 namespace {
@@ -331,6 +337,24 @@ TEST(ScanArchive, FilesThatAreNoArchive) {
     ASSERT_TRUE(ScanArchive::write(smallScan(), ScanTarget::home(), path));
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 10);
     EXPECT_FALSE(ScanArchive::read(path));
+}
+
+// A FIFO in the archive's place has no writer: opening it for reading must not wait for one.
+TEST(ScanArchive, AFifoIsNoArchiveAndDoesNotHang) {
+    test::TempDir dir;
+    const std::string path = dir / "last-scan.dvscan";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    std::promise<bool> readBack;
+    std::future<bool> done = readBack.get_future();
+    std::thread reader([&] { readBack.set_value(ScanArchive::read(path).has_value()); });
+    if (done.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+        // Give the stuck reader a writer, so that the test can end.
+        close(open(path.c_str(), O_WRONLY | O_NONBLOCK));
+        reader.join();
+        FAIL() << "reading a FIFO waited for a writer";
+    }
+    reader.join();
+    EXPECT_FALSE(done.get());
 }
 
 TEST(ScanArchive, DefaultPathFollowsXdgDataHome) {
