@@ -14,8 +14,10 @@
 namespace dorvik::platform::Lzfse {
 
 // The decoded bytes, or none when the input is malformed or cut short, or would decode to more
-// than `maxOutputBytes`. Safe on any input: memory use is bounded by `maxOutputBytes` plus a
-// small constant, whatever the headers claim. Bytes after the end-of-stream block are ignored.
+// than `maxOutputBytes`. Safe on any input: the block headers' decoded sizes are added up first,
+// and a stream that declares more than `maxOutputBytes` is refused before anything is allocated;
+// otherwise memory use is what the headers declare plus a small constant. Bytes after the
+// end-of-stream block are ignored.
 std::optional<std::vector<uint8_t>> decode(std::span<const uint8_t> input, size_t maxOutputBytes);
 
 // A complete stream that decode() turns back into `input`: LZFSE blocks ("bvx2") for most data,

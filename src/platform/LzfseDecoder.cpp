@@ -22,8 +22,58 @@ using namespace LzfseFormat;
 
 namespace {
 
-// A first guess of the decoded size, as a multiple of the input, to spare most regrowth.
-constexpr size_t expectedRatio = 4;
+// The bytes the stream's block headers say it decodes to, found without decoding anything; none
+// when a header is malformed or the stream has no end. Every block says its decoded size, so a
+// stream that would unfold into more than its caller allows is refused before memory is taken.
+std::optional<size_t> declaredBytes(std::span<const uint8_t> input) {
+    size_t total = 0;
+    size_t at = 0;
+    while (true) {
+        const std::span<const uint8_t> rest = input.subspan(at);
+        if (rest.size() < magicBytes) {
+            return std::nullopt;
+        }
+        size_t blockBytes = 0;
+        uint32_t rawBytes = 0;
+        switch (load32(rest.data())) {
+        case endOfStreamMagic:
+            return total;
+        case rawBlockMagic:
+            if (rest.size() < rawBlockHeaderBytes) {
+                return std::nullopt;
+            }
+            rawBytes = load32(rest.data() + magicBytes);
+            blockBytes = rawBlockHeaderBytes + size_t{rawBytes};
+            break;
+        case lzvnBlockMagic:
+            if (rest.size() < lzvnBlockHeaderBytes) {
+                return std::nullopt;
+            }
+            rawBytes = load32(rest.data() + magicBytes);
+            blockBytes = lzvnBlockHeaderBytes + size_t{load32(rest.data() + magicBytes + 4)};
+            break;
+        case lzfseV1BlockMagic:
+        case lzfseV2BlockMagic: {
+            const auto stored = load32(rest.data()) == lzfseV1BlockMagic ? readBlockHeaderV1(rest)
+                                                                         : readBlockHeaderV2(rest);
+            if (!stored) {
+                return std::nullopt;
+            }
+            rawBytes = stored->header.rawBytes;
+            blockBytes = stored->storedBytes + size_t{stored->header.literalPayloadBytes} +
+                         size_t{stored->header.lmdPayloadBytes};
+            break;
+        }
+        default:
+            return std::nullopt;
+        }
+        if (blockBytes > rest.size()) {
+            return std::nullopt;
+        }
+        total += rawBytes;
+        at += blockBytes;
+    }
+}
 
 struct DecoderTables {
     std::array<Fse::DecoderEntry, literalStates> literal;
@@ -41,8 +91,9 @@ uint32_t decodeValue(uint16_t& state, std::span<const Fse::DecoderEntry> table,
 
 class StreamDecoder {
 public:
-    StreamDecoder(std::span<const uint8_t> input, size_t maxOutputBytes)
-        : input_(input), output_(input.size() * expectedRatio, maxOutputBytes) {}
+    // `outputBytes` is what the headers declare: the output is made that size once.
+    StreamDecoder(std::span<const uint8_t> input, size_t outputBytes)
+        : input_(input), output_(outputBytes, outputBytes) {}
 
     std::optional<std::vector<uint8_t>> run() {
         while (true) {
@@ -200,8 +251,12 @@ private:
 } // namespace
 
 std::optional<std::vector<uint8_t>> decode(std::span<const uint8_t> input, size_t maxOutputBytes) {
+    const std::optional<size_t> declared = declaredBytes(input);
+    if (!declared || *declared > maxOutputBytes) {
+        return std::nullopt;
+    }
     // The tables are a few kilobytes: on the heap, not the stack.
-    auto decoder = std::make_unique<StreamDecoder>(input, maxOutputBytes);
+    auto decoder = std::make_unique<StreamDecoder>(input, *declared);
     return decoder->run();
 }
 

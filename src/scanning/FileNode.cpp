@@ -1,5 +1,7 @@
 #include "scanning/FileNode.h"
 
+#include <iterator>
+
 namespace dorvik {
 
 std::string FileNode::path() const {
@@ -20,6 +22,20 @@ std::string FileNode::path() const {
         result += (*it)->name;
     }
     return result;
+}
+
+FileNode::~FileNode() {
+    std::vector<FileNodePtr> pending = std::move(children);
+    while (!pending.empty()) {
+        FileNodePtr node = std::move(pending.back());
+        pending.pop_back();
+        // Only a node that goes with this reference gives up its children; one held elsewhere,
+        // by a view or by the scan's file list, keeps its subtree.
+        if (node.use_count() == 1) {
+            std::move(node->children.begin(), node->children.end(), std::back_inserter(pending));
+            node->children.clear();
+        }
+    }
 }
 
 void FileNode::adopt(const FileNodePtr& parent, const FileNodePtr& child) {

@@ -27,6 +27,10 @@ public:
         : name(std::move(nodeName)), isDirectory(directory), isPackage(package), kind(fileKind),
           bucket(storageBucket) {}
 
+    // Takes the tree below apart one node at a time: a chain of folders as deep as a disk or an
+    // archive can make would overflow the stack if each node let go of its children itself.
+    ~FileNode();
+
     FileNode(const FileNode&) = delete;
     FileNode& operator=(const FileNode&) = delete;
 

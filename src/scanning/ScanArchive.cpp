@@ -55,6 +55,14 @@ public:
 
     size_t left() const { return bytes_.size() - offset_; }
 
+    bool skip(size_t count) {
+        if (left() < count) {
+            return false;
+        }
+        offset_ += count;
+        return true;
+    }
+
     bool u8(uint8_t& value) {
         if (left() < 1) {
             return false;
@@ -208,6 +216,47 @@ std::optional<NodeRecord> readNode(Reader& in) {
     return record;
 }
 
+struct TreeShape {
+    size_t nodes = 0;
+    size_t files = 0;
+};
+
+// The shape of the tree that starts at the cursor, read without making a node: none when it is
+// cut short, or deeper or larger than the limits allow, so that no memory is taken for a tree
+// that would not be kept. The records' layout is readNode's.
+std::optional<TreeShape> measureTree(Reader in, const Limits& limits) {
+    TreeShape shape;
+    // The children still to come of each folder on the way down to the current record; a
+    // folder stays until its last child's subtree has ended, so that this is the depth.
+    std::vector<uint32_t> open;
+    do {
+        uint32_t nameBytes = 0, childCount = 0;
+        uint8_t flags = 0;
+        if (!in.u32(nameBytes) || !in.skip(nameBytes) || in.left() < nodeRecordBytes) {
+            return std::nullopt;
+        }
+        in.u8(flags);
+        in.skip(nodeRecordBytes - 1 - 4);
+        in.u32(childCount);
+        // The node lies open.size() levels below the root.
+        if (++shape.nodes > limits.mostNodes || open.size() > limits.deepestLevel) {
+            return std::nullopt;
+        }
+        if ((flags & directoryFlag) == 0) {
+            ++shape.files;
+        }
+        if (childCount != 0) {
+            open.push_back(childCount);
+            continue;
+        }
+        // A leaf ends its parent's child, and perhaps the parent's subtree with it.
+        while (!open.empty() && --open.back() == 0) {
+            open.pop_back();
+        }
+    } while (!open.empty());
+    return shape;
+}
+
 } // namespace
 
 std::vector<uint8_t> encodePayload(const ScanResult& scan, const ScanTarget& target) {
@@ -246,7 +295,7 @@ std::vector<uint8_t> encodePayload(const ScanResult& scan, const ScanTarget& tar
     return out.take();
 }
 
-std::optional<ArchivedScan> decodePayload(std::span<const uint8_t> payload) {
+std::optional<ArchivedScan> decodePayload(std::span<const uint8_t> payload, const Limits& limits) {
     Reader in(payload);
     uint32_t foundMagic = 0;
     uint8_t foundVersion = 0;
@@ -274,6 +323,11 @@ std::optional<ArchivedScan> decodePayload(std::span<const uint8_t> payload) {
     in.f64(scan.duration);
     in.f64(scan.finishedAt);
 
+    const auto shape = measureTree(in, limits);
+    if (!shape) {
+        return std::nullopt;
+    }
+    scan.files.reserve(shape->files);
     // Each open node with the number of its children still to come.
     std::vector<std::pair<FileNodePtr, uint32_t>> open;
     do {
@@ -287,10 +341,8 @@ std::optional<ArchivedScan> decodePayload(std::span<const uint8_t> payload) {
         } else {
             scan.root = node;
         }
-        // Every child needs at least a record's worth of bytes, so a count beyond that is
-        // a lie and reserves nothing.
-        const size_t possibleChildren = in.left() / (4 + nodeRecordBytes);
-        node->children.reserve(std::min<size_t>(record->childCount, possibleChildren));
+        // The measured tree holds every child counted here.
+        node->children.reserve(record->childCount);
         if (!node->isDirectory) {
             scan.files.push_back(node);
         }
@@ -316,16 +368,21 @@ bool write(const ScanResult& scan, const ScanTarget& target, const std::string& 
     return platform::writeFileAtomically(path, platform::Lzfse::encode(payload));
 }
 
-std::optional<ArchivedScan> read(const std::string& path) {
-    const auto compressed = platform::readWholeFile(path, largestPayload);
-    if (!compressed) {
-        return std::nullopt;
-    }
-    const auto payload = platform::Lzfse::decode(*compressed, largestPayload);
+std::optional<ArchivedScan> decodeArchive(std::span<const uint8_t> file, const Limits& limits) {
+    const auto payload = platform::Lzfse::decode(file, limits.largestPayload);
     if (!payload) {
         return std::nullopt;
     }
-    return decodePayload(*payload);
+    return decodePayload(*payload, limits);
+}
+
+std::optional<ArchivedScan> read(const std::string& path) {
+    const Limits limits;
+    const auto file = platform::readWholeFile(path, limits.largestPayload);
+    if (!file) {
+        return std::nullopt;
+    }
+    return decodeArchive(*file, limits);
 }
 
 } // namespace dorvik::ScanArchive

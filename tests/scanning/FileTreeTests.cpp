@@ -67,6 +67,34 @@ TEST(FileTree, PathStopsAtTheHighestAncestorAlive) {
     EXPECT_EQ(leaf->path(), "f");
 }
 
+// A tree as deep as a hostile archive or a deep disk makes must go without a recursion per
+// level; a node still held elsewhere keeps what lies below it.
+TEST(FileTree, DeepTreesAreTornDownWithoutRecursion) {
+    EXPECT_EXIT(
+        {
+            FileNodePtr kept;
+            {
+                auto root = directory("/r");
+                FileNodePtr at = root;
+                for (int level = 0; level < 1'000'000; ++level) {
+                    at = subfolder(at, "d");
+                    if (level == 10) {
+                        kept = at;
+                    }
+                }
+            }
+            // The chain below the kept node is whole; only the parents above it are gone.
+            size_t below = 0;
+            for (FileNode* at = kept.get(); !at->children.empty(); at = at->children[0].get()) {
+                ++below;
+            }
+            const bool whole = below == 1'000'000 - 11 && kept->parent.expired();
+            kept.reset();
+            std::exit(whole ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 TEST(FileTree, CanonicalAndDisplayPaths) {
     const struct {
         std::string path;

@@ -1,14 +1,21 @@
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
+#include "support/HostileArchives.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <chrono>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace dorvik {
 namespace {
@@ -269,6 +276,58 @@ TEST(ScanArchive, TableCounts) {
     EXPECT_FALSE(withBucketEntries(1000));
 }
 
+size_t levelsBelow(const FileNode& root) {
+    size_t levels = 0;
+    for (const FileNode* at = &root; !at->children.empty(); at = at->children[0].get()) {
+        ++levels;
+    }
+    return levels;
+}
+
+// No disk holds a tree deeper than the limit: such an archive is none, and reading it neither
+// overflows the stack nor builds what it describes.
+TEST(ScanArchive, TreesDeeperThanTheLimitAreNoArchive) {
+    const size_t deepest = ScanArchive::Limits{}.deepestLevel;
+    const struct {
+        size_t levels;
+        bool reads;
+    } cases[] = {{deepest, true}, {deepest + 1, false}, {150'000, false}};
+    for (const auto& [levels, reads] : cases) {
+        const auto archived = ScanArchive::decodePayload(test::chainPayload(levels));
+        ASSERT_EQ(archived.has_value(), reads) << levels;
+        if (archived) {
+            EXPECT_EQ(levelsBelow(*archived->scan.root), levels);
+        }
+    }
+}
+
+// The node count and the payload are held to what a disk can hold, before the memory is taken.
+TEST(ScanArchive, NodeCountAndPayloadLimits) {
+    ScanArchive::Limits small;
+    small.mostNodes = 100;
+    EXPECT_TRUE(ScanArchive::decodePayload(test::widePayload(99), small));
+    EXPECT_FALSE(ScanArchive::decodePayload(test::widePayload(100), small));
+
+    const Bytes payload = test::widePayload(10);
+    small.largestPayload = payload.size();
+    EXPECT_TRUE(ScanArchive::decodeArchive(test::compressed(payload), small));
+    small.largestPayload = payload.size() - 1;
+    EXPECT_FALSE(ScanArchive::decodeArchive(test::compressed(payload), small));
+
+    // Small files that unfold into more than any disk holds.
+    const struct {
+        std::string what;
+        Bytes file;
+    } hostile[] = {
+        {"20 million folders", test::wideArchive(20'000'000)},
+        {"1 GiB of zeros", test::zerosArchive(size_t{1} << 30)},
+    };
+    for (const auto& [what, file] : hostile) {
+        EXPECT_LT(file.size(), 1u << 20) << what;
+        EXPECT_FALSE(ScanArchive::decodeArchive(file)) << what;
+    }
+}
+
 TEST(ScanArchive, FilesThatAreNoArchive) {
     test::TempDir dir;
     const std::string path = dir / "x.dvscan";
@@ -278,6 +337,24 @@ TEST(ScanArchive, FilesThatAreNoArchive) {
     ASSERT_TRUE(ScanArchive::write(smallScan(), ScanTarget::home(), path));
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 10);
     EXPECT_FALSE(ScanArchive::read(path));
+}
+
+// A FIFO in the archive's place has no writer: opening it for reading must not wait for one.
+TEST(ScanArchive, AFifoIsNoArchiveAndDoesNotHang) {
+    test::TempDir dir;
+    const std::string path = dir / "last-scan.dvscan";
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    std::promise<bool> readBack;
+    std::future<bool> done = readBack.get_future();
+    std::thread reader([&] { readBack.set_value(ScanArchive::read(path).has_value()); });
+    if (done.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+        // Give the stuck reader a writer, so that the test can end.
+        close(open(path.c_str(), O_WRONLY | O_NONBLOCK));
+        reader.join();
+        FAIL() << "reading a FIFO waited for a writer";
+    }
+    reader.join();
+    EXPECT_FALSE(done.get());
 }
 
 TEST(ScanArchive, DefaultPathFollowsXdgDataHome) {
