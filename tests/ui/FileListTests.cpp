@@ -12,6 +12,7 @@
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/types/KindTile.h"
 #include "ui/pages/types/TypesView.h"
+#include "ui/widgets/PictureView.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -20,7 +21,11 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolButton>
+#include <QVBoxLayout>
+
+#include <ctime>
 
 namespace dorvik {
 namespace {
@@ -298,18 +303,24 @@ TEST_F(ScannedFilesTest, TypesShowTilesOfKindsMetAndTheFilesOfTheOnePicked) {
     EXPECT_EQ(page.list()->table()->nodeModel()->columnOf(NodeColumn::kind), -1);
 }
 
-TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRest) {
-    QImage picture(40, 30, QImage::Format_RGB32);
+TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRestWithoutTouchingThem) {
+    // A camera's picture, far larger than the window.
+    QImage picture(1600, 1200, QImage::Format_RGB32);
     picture.fill(Qt::red);
-    ASSERT_TRUE(picture.save(QString::fromStdString(dir / "photo.png")));
+    ASSERT_TRUE(picture.save(QString::fromStdString(dir / "photo.jpg"), "JPEG"));
     test::writeText(dir / "notes.md", "# Plans\nnothing yet\n");
-    test::writeText(dir / "blob.bin", std::string("\x7f"
-                                                  "ELF\0\0\x01",
-                                                  7));
+    test::writeText(dir / "blob & co.bin", std::string("\x7f"
+                                                       "ELF\0\0\x01",
+                                                       7));
     const auto root = node(nullptr, dir.path(), true);
-    const auto photo = node(root, "photo.png", false, FileKind::image);
+    const auto photo = node(root, "photo.jpg", false, FileKind::image);
     const auto notes = node(root, "notes.md", false, FileKind::document);
-    const auto blob = node(root, "blob.bin");
+    const auto blob = node(root, "blob & co.bin");
+    // Opened ten days ago: any read on this file system would move that to now.
+    const double tenDaysAgo = static_cast<double>(std::time(nullptr)) - 10 * 86400;
+    for (const auto& file : {photo, notes, blob}) {
+        test::setModificationTime(file->path(), tenDaysAgo);
+    }
 
     auto state = makeState();
     FilesTable table(*state, FilesTable::fileListColumns(true));
@@ -327,12 +338,64 @@ TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRest) {
         table.setCurrentIndex(table.model()->index(table.nodeModel()->rowOf(shown), 0));
         QTest::keyClick(&table, Qt::Key_Space);
         ASSERT_NE(table.previewWindow(), nullptr);
-        EXPECT_TRUE(table.previewWindow()->isVisible()) << shown->name;
-        EXPECT_EQ(table.previewWindow()->node(), shown);
-        EXPECT_EQ(table.previewWindow()->showing(), showing) << shown->name;
+        PreviewWindow& preview = *table.previewWindow();
+        settle();
+        EXPECT_TRUE(preview.isVisible()) << shown->name;
+        EXPECT_EQ(preview.node(), shown);
+        EXPECT_EQ(preview.showing(), showing) << shown->name;
+        if (showing == PreviewWindow::Showing::picture) {
+            // Drawn large, in its own proportions.
+            const QRect drawn = preview.pictureView()->shownRect();
+            EXPECT_GE(drawn.width(), 400) << drawn.width() << "x" << drawn.height();
+            EXPECT_NEAR(drawn.width() * 3, drawn.height() * 4, 8);
+        }
+        if (showing == PreviewWindow::Showing::facts) {
+            // The facts read as text, with no markup in sight.
+            QLabel& facts = *preview.factsLabel();
+            EXPECT_EQ(facts.textFormat(), Qt::RichText);
+            QTextDocument shownText;
+            shownText.setHtml(facts.text());
+            EXPECT_TRUE(shownText.toPlainText().startsWith("blob & co.bin"))
+                << shownText.toPlainText().toStdString();
+            EXPECT_FALSE(shownText.toPlainText().contains('<'));
+        }
+        EXPECT_DOUBLE_EQ(test::accessTime(shown->path()), tenDaysAgo) << shown->name;
         QTest::keyClick(&table, Qt::Key_Space);
-        EXPECT_FALSE(table.previewWindow()->isVisible()) << shown->name;
+        EXPECT_FALSE(preview.isVisible()) << shown->name;
     }
+}
+
+TEST_F(FileListTest, TabLeavesTheTableAndArrowsMoveWithinIt) {
+    const auto root = node(nullptr, "/r", true);
+    for (const char* name : {"a", "b", "c"}) {
+        node(root, name)->size = 1'000'000;
+    }
+    auto state = makeState();
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* table = new FilesTable(*state, FilesTable::fileListColumns(true));
+    auto* after = new QLineEdit;
+    layout->addWidget(table);
+    layout->addWidget(after);
+    table->setNodes(root->children);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    table->setFocus();
+    table->selectRow(0);
+    const std::vector<FileNodePtr> chosen = table->selectedNodes();
+    ASSERT_EQ(chosen.size(), 1u);
+
+    // The arrows walk the rows.
+    QTest::keyClick(table, Qt::Key_Down);
+    EXPECT_EQ(table->selectedNodes(), std::vector<FileNodePtr>{table->nodeModel()->node(1)});
+    QTest::keyClick(table, Qt::Key_Up);
+    EXPECT_EQ(table->selectedNodes(), chosen);
+
+    // Tab goes on to the next control and leaves the selection as it was.
+    QTest::keyClick(table, Qt::Key_Tab);
+    EXPECT_TRUE(after->hasFocus());
+    EXPECT_EQ(table->selectedNodes(), chosen);
 }
 
 } // namespace
