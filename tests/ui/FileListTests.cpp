@@ -9,6 +9,7 @@
 #include "ui/files/NodeActions.h"
 #include "ui/files/NodeTableModel.h"
 #include "ui/files/PreviewWindow.h"
+#include "ui/files/SortHeader.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/types/KindTile.h"
 #include "ui/pages/types/TypesView.h"
@@ -20,12 +21,14 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QTest>
 #include <QTextDocument>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include <ctime>
+#include <tuple>
 
 namespace dorvik {
 namespace {
@@ -127,6 +130,87 @@ TEST_F(FileListTest, EveryColumnSortsBothWaysAndRiskNotAtAll) {
     // New rows come in the sort in force.
     model.setNodes({root->children[1], root->children[0]});
     EXPECT_EQ(names(model.nodes()), (std::vector<std::string>{"Alpha", "beta"}));
+}
+
+// Which way the arrow the style draws for this option points: the triangle's wide side is where
+// it comes from.
+enum class Pointing { up, down, nowhere };
+Pointing arrowPointing(const QWidget& header, QStyleOptionHeader option) {
+    constexpr int side = 16;
+    option.rect = QRect(0, 0, side, side);
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        header.style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &option, &painter, &header);
+    }
+    int top = -1;
+    int bottom = -1;
+    std::vector<int> widths(side, 0);
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            if (image.pixelColor(x, y).alpha() > 100) {
+                ++widths[static_cast<size_t>(y)];
+            }
+        }
+        if (widths[static_cast<size_t>(y)] > 0) {
+            top = top < 0 ? y : top;
+            bottom = y;
+        }
+    }
+    if (top < 0 || top == bottom) {
+        return Pointing::nowhere;
+    }
+    return widths[static_cast<size_t>(top)] > widths[static_cast<size_t>(bottom)] ? Pointing::down
+                                                                                  : Pointing::up;
+}
+
+TEST_F(FileListTest, AHeaderClickSortsNumbersAndDatesLargestFirstAndTheArrowFollows) {
+    const auto root = node(nullptr, "/r", true);
+    for (const auto& [name, size, modified] :
+         {std::tuple{"b", 300, 10.0}, std::tuple{"c", 100, 30.0}, std::tuple{"a", 200, 20.0}}) {
+        const auto made = node(root, name);
+        made->size = size;
+        made->modified = modified;
+        made->accessed = modified;
+    }
+    auto state = makeState();
+    FilesTable table(*state, FilesTable::fileListColumns(true));
+    table.resize(900, 300);
+    table.setNodes(root->children);
+    table.show();
+    auto& header = dynamic_cast<SortHeader&>(*table.horizontalHeader());
+    const auto click = [&](NodeColumn column) {
+        const int section = table.nodeModel()->columnOf(column);
+        QTest::mouseClick(
+            header.viewport(), Qt::LeftButton, {},
+            QPoint(header.sectionViewportPosition(section) + header.sectionSize(section) / 2,
+                   header.height() / 2));
+        return names(table.nodeModel()->nodes());
+    };
+    const auto arrow = [&](NodeColumn column) {
+        return arrowPointing(header, header.sectionOption(table.nodeModel()->columnOf(column)));
+    };
+    EXPECT_EQ(names(table.nodeModel()->nodes()), (std::vector<std::string>{"b", "a", "c"}));
+    EXPECT_EQ(arrow(NodeColumn::size), Pointing::down) << "largest first runs down";
+
+    const struct {
+        NodeColumn column;
+        std::vector<std::string> order;
+        Pointing pointing;
+    } clicks[] = {
+        {NodeColumn::name, {"a", "b", "c"}, Pointing::up},         // A to Z first
+        {NodeColumn::size, {"b", "a", "c"}, Pointing::down},       // largest first
+        {NodeColumn::size, {"c", "a", "b"}, Pointing::up},         // then smallest first
+        {NodeColumn::modified, {"c", "a", "b"}, Pointing::down},   // newest first
+        {NodeColumn::lastOpened, {"c", "a", "b"}, Pointing::down}, // newest first
+        {NodeColumn::lastOpened, {"b", "a", "c"}, Pointing::up},
+        {NodeColumn::size, {"b", "a", "c"}, Pointing::down},
+    };
+    for (const auto& [column, order, pointing] : clicks) {
+        EXPECT_EQ(click(column), order) << static_cast<int>(column);
+        EXPECT_EQ(arrow(column), pointing) << static_cast<int>(column);
+    }
 }
 
 TEST_F(FileListTest, LongNamesSortPastTheirFirstSixteenBytes) {

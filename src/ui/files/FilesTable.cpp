@@ -2,6 +2,7 @@
 
 #include "ui/files/NodeActions.h"
 #include "ui/files/PreviewWindow.h"
+#include "ui/files/SortHeader.h"
 #include "ui/widgets/ListTable.h"
 #include "ui/widgets/RiskBadge.h"
 #include "ui/widgets/SelectionBar.h"
@@ -54,6 +55,7 @@ std::vector<NodeColumn> FilesTable::fileListColumns(bool showKind) {
 
 FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget* parent)
     : QTableView(parent), state_(state), model_(new NodeTableModel(std::move(columns), this)) {
+    setHorizontalHeader(new SortHeader(this));
     setModel(model_);
     styleListTable(this, tableRowHeight);
     setIconSize(QSize(16, 16));

@@ -67,6 +67,18 @@ QString text(NodeColumn column, const FileNode& node) {
 
 } // namespace
 
+Qt::SortOrder NodeTableModel::firstSortOrder(NodeColumn column) {
+    switch (column) {
+    case NodeColumn::size:
+    case NodeColumn::files:
+    case NodeColumn::modified:
+    case NodeColumn::lastOpened:
+        return Qt::DescendingOrder;
+    default:
+        return Qt::AscendingOrder;
+    }
+}
+
 NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent)
     : QAbstractTableModel(parent), columns_(std::move(columns)) {}
 
@@ -153,6 +165,9 @@ QVariant NodeTableModel::headerData(int section, Qt::Orientation orientation, in
     }
     if (role == Qt::DisplayRole) {
         return title(columnAt(section));
+    }
+    if (role == Qt::InitialSortOrderRole) {
+        return firstSortOrder(columnAt(section));
     }
     if (role == Qt::TextAlignmentRole) {
         const NodeColumn column = columnAt(section);

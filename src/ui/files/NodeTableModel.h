@@ -23,6 +23,10 @@ public:
 
     explicit NodeTableModel(std::vector<NodeColumn> columns, QObject* parent = nullptr);
 
+    // The order of a column's first click: the largest, most numerous or newest first for
+    // numbers and dates, A to Z for words. The header asks for it as Qt::InitialSortOrderRole.
+    static Qt::SortOrder firstSortOrder(NodeColumn column);
+
     void setNodes(std::vector<FileNodePtr> nodes);
     // The rows in the order shown.
     const std::vector<FileNodePtr>& nodes() const { return nodes_; }
