@@ -6,6 +6,7 @@
 #include "ui/files/FileListPanel.h"
 #include "ui/files/FilesTable.h"
 #include "ui/files/FilterBar.h"
+#include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
 #include "ui/files/NodeTableModel.h"
 #include "ui/files/PreviewWindow.h"
@@ -323,6 +324,38 @@ TEST_F(ScannedFilesTest, LargeFilesFollowTheStatesFilterAndRemovals) {
     state->markRemoved({dir / "disk/Movies/trip.mov"});
     EXPECT_EQ(names(page.list()->table()->nodeModel()->nodes()),
               (std::vector<std::string>{"thesis.pdf", "clip.mp4"}));
+}
+
+TEST_F(FileListTest, FilesOfOneNameShowTheirFolders) {
+    test::writeFile(dir / "disk/app1/dist/bundle1.js", 600'000);
+    test::writeFile(dir / "disk/app2/dist/bundle1.js", 700'000);
+    auto state = makeState();
+    scanFolder(*state, dir / "disk");
+    LargeFilesView page(*state);
+    page.resize(1000, 600);
+    page.show();
+    FilesTable& table = *page.list()->table();
+    const NodeTableModel& model = *table.nodeModel();
+    ASSERT_EQ(model.rowCount(), 2);
+    const int name = model.columnOf(NodeColumn::name);
+    QStringList folders;
+    QStringList tips;
+    for (int row = 0; row < 2; ++row) {
+        EXPECT_EQ(model.index(row, name).data().toString(), "bundle1.js");
+        folders << model.index(row, name).data(NodeTableModel::folderRole).toString();
+        tips << model.index(row, name).data(Qt::ToolTipRole).toString();
+    }
+    const QString disk = QString::fromStdString(dir / "disk");
+    EXPECT_EQ(folders, (QStringList{disk + "/app2/dist", disk + "/app1/dist"}));
+    EXPECT_EQ(tips, (QStringList{disk + "/app2/dist/bundle1.js", disk + "/app1/dist/bundle1.js"}));
+
+    // The folder is drawn on a second line of the name cell, in a row tall enough for both.
+    EXPECT_NE(dynamic_cast<FolderLineDelegate*>(table.itemDelegateForColumn(name)), nullptr);
+    EXPECT_GE(table.rowHeight(0), 2 * table.fontMetrics().height());
+    QImage withFolders = table.viewport()->grab().toImage();
+    table.setItemDelegateForColumn(name, nullptr);
+    QImage withoutFolders = table.viewport()->grab().toImage();
+    EXPECT_NE(withFolders, withoutFolders);
 }
 
 TEST_F(ScannedFilesTest, TheNodeMenuOffersWhatTheNodesAllow) {

@@ -1,5 +1,6 @@
 #include "ui/files/FilesTable.h"
 
+#include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
 #include "ui/files/PreviewWindow.h"
 #include "ui/files/SortHeader.h"
@@ -109,6 +110,12 @@ FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget
             break;
         }
     }
+}
+
+void FilesTable::showFolderLines() {
+    setItemDelegateForColumn(model_->columnOf(NodeColumn::name), new FolderLineDelegate(this));
+    verticalHeader()->setDefaultSectionSize(
+        std::max(tableRowHeight, FolderLineDelegate::rowHeight(font())));
 }
 
 void FilesTable::setNodes(std::vector<FileNodePtr> nodes) {

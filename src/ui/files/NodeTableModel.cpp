@@ -1,6 +1,7 @@
 #include "ui/files/NodeTableModel.h"
 
 #include "removal/SafetyRules.h"
+#include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Symbols.h"
@@ -148,6 +149,14 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
         }
         if (column == NodeColumn::name && row.unreadable) {
             return tr("No permission to read. Grant Full Disk Access.");
+        }
+        // Names repeat across folders: the whole path tells the rows apart.
+        return column == NodeColumn::name ? qtText(displayPath(row.path())) : QVariant();
+    case folderRole:
+        if (column == NodeColumn::name) {
+            if (const FileNodePtr folder = row.parent.lock()) {
+                return qtText(displayPath(folder->path()));
+            }
         }
         return {};
     case riskRole:

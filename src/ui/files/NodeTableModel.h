@@ -20,6 +20,9 @@ public:
     // The verdict's risk (an int of Risk) and its reason, asked of the safety rules each time,
     // for the rows on show only.
     static constexpr int riskRole = Qt::UserRole + 1;
+    // The display path of the folder the row's node lies in ("~/Projects/app"), on the name
+    // column; nothing for a root.
+    static constexpr int folderRole = Qt::UserRole + 2;
 
     explicit NodeTableModel(std::vector<NodeColumn> columns, QObject* parent = nullptr);
 
