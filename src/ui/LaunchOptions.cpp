@@ -39,7 +39,8 @@ LaunchOptions parseLaunchOptions(const QStringList& arguments) {
         } else if (option == QLatin1String("--section")) {
             options.section = appSectionFromRaw(stdText(value));
             if (!options.section) {
-                throw LaunchOptionsError("no section is called " + stdText(value));
+                throw LaunchOptionsError("no section is called " + stdText(value) +
+                                         "; the sections are " + stdText(sectionNames()));
             }
             wantsScreenshotOnly = true;
         } else if (option == QLatin1String("--size")) {
@@ -61,6 +62,37 @@ LaunchOptions parseLaunchOptions(const QStringList& arguments) {
         throw LaunchOptionsError("--section, --size and --appearance go with --screenshot FILE");
     }
     return options;
+}
+
+QString sectionNames() {
+    QStringList names;
+    for (AppSection section : allAppSections) {
+        names << qtText(info(section).rawValue);
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+QString launchUsage() {
+    return QStringLiteral(
+               "usage: dorvik [--screenshot FILE [--section NAME] [--size WxH] "
+               "[--appearance system|light|dark]]\n"
+               "\n"
+               "Without options, opens Dorvik's window.\n"
+               "  --screenshot FILE    draw the main window off screen into FILE (PNG) and end\n"
+               "  --section NAME       the page to draw: %1\n"
+               "  --size WxH           the window's size (at least 1040x680)\n"
+               "  --appearance NAME    system, light or dark\n"
+               "  -h, --help           show this text\n")
+        .arg(sectionNames());
+}
+
+bool asksForHelp(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool asksForScreenshot(int argc, char** argv) {

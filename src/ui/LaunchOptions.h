@@ -30,6 +30,16 @@ struct LaunchOptionsError : std::runtime_error {
 // `arguments` without the program's name. Throws LaunchOptionsError with a message for the user.
 LaunchOptions parseLaunchOptions(const QStringList& arguments);
 
+// The lines `dorvik --help` prints: the usage and the names --section takes.
+QString launchUsage();
+
+// The valid names of --section, joined by ", ".
+QString sectionNames();
+
+// Whether the raw command line asks for the usage (--help or -h); known before the application
+// exists, so that it can be answered without a display.
+bool asksForHelp(int argc, char** argv);
+
 // Whether the raw command line asks for a screenshot; known before the application exists, so
 // that it can be made without a display.
 bool asksForScreenshot(int argc, char** argv);

@@ -49,7 +49,13 @@ QColor hex(std::string_view rgb) {
 }
 
 bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightness() < 128;
+    // A widget whose stylesheet makes its background transparent gets a transparent black
+    // window colour, which says nothing about the appearance; its text colour still does.
+    const QColor window = palette.color(QPalette::Window);
+    if (window.alpha() < 128) {
+        return palette.color(QPalette::WindowText).lightness() >= 128;
+    }
+    return window.lightness() < 128;
 }
 
 QColor secondaryText(const QPalette& palette) {

@@ -30,6 +30,10 @@ void quietOffscreenHints(QtMsgType type, const QMessageLogContext& context, cons
 } // namespace
 
 int main(int argc, char** argv) {
+    if (dorvik::asksForHelp(argc, argv)) {
+        std::fputs(dorvik::launchUsage().toLocal8Bit().constData(), stdout);
+        return 0;
+    }
     // A screenshot needs no display.
     if (dorvik::asksForScreenshot(argc, argv)) {
         setenv("QT_QPA_PLATFORM", "offscreen", 0);
@@ -47,10 +51,8 @@ int main(int argc, char** argv) {
         arguments.removeFirst();
         options = dorvik::parseLaunchOptions(arguments);
     } catch (const dorvik::LaunchOptionsError& error) {
-        std::fprintf(stderr,
-                     "dorvik: %s\nusage: dorvik [--screenshot FILE [--section NAME] "
-                     "[--size WxH] [--appearance system|light|dark]]\n",
-                     error.what());
+        std::fprintf(stderr, "dorvik: %s\n%s", error.what(),
+                     dorvik::launchUsage().toLocal8Bit().constData());
         return 2;
     }
 

@@ -125,6 +125,12 @@ void setModificationTime(const std::string& path, double seconds) {
     check(utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0, "utimensat " + path);
 }
 
+double accessTime(const std::string& path) {
+    struct stat st {};
+    check(lstat(path.c_str(), &st) == 0, "lstat " + path);
+    return static_cast<double>(st.st_atim.tv_sec) + static_cast<double>(st.st_atim.tv_nsec) / 1e9;
+}
+
 int64_t allocatedBytes(const std::string& path) {
     struct stat st {};
     check(lstat(path.c_str(), &st) == 0, "lstat " + path);

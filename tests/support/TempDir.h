@@ -47,6 +47,9 @@ void makeSymlink(const std::string& target, const std::string& link);
 // symbolic link itself is changed, not its target.
 void setModificationTime(const std::string& path, double seconds);
 
+// The entry's access time in seconds since 1970, fraction kept (a link itself, not its target).
+double accessTime(const std::string& path);
+
 // Allocated bytes of one entry as the system reports them (512 × st_blocks, not following links).
 int64_t allocatedBytes(const std::string& path);
 

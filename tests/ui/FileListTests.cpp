@@ -6,12 +6,15 @@
 #include "ui/files/FileListPanel.h"
 #include "ui/files/FilesTable.h"
 #include "ui/files/FilterBar.h"
+#include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
 #include "ui/files/NodeTableModel.h"
 #include "ui/files/PreviewWindow.h"
+#include "ui/files/SortHeader.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/types/KindTile.h"
 #include "ui/pages/types/TypesView.h"
+#include "ui/widgets/PictureView.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -19,8 +22,14 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolButton>
+#include <QVBoxLayout>
+
+#include <ctime>
+#include <tuple>
 
 namespace dorvik {
 namespace {
@@ -122,6 +131,87 @@ TEST_F(FileListTest, EveryColumnSortsBothWaysAndRiskNotAtAll) {
     // New rows come in the sort in force.
     model.setNodes({root->children[1], root->children[0]});
     EXPECT_EQ(names(model.nodes()), (std::vector<std::string>{"Alpha", "beta"}));
+}
+
+// Which way the arrow the style draws for this option points: the triangle's wide side is where
+// it comes from.
+enum class Pointing { up, down, nowhere };
+Pointing arrowPointing(const QWidget& header, QStyleOptionHeader option) {
+    constexpr int side = 16;
+    option.rect = QRect(0, 0, side, side);
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        header.style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &option, &painter, &header);
+    }
+    int top = -1;
+    int bottom = -1;
+    std::vector<int> widths(side, 0);
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            if (image.pixelColor(x, y).alpha() > 100) {
+                ++widths[static_cast<size_t>(y)];
+            }
+        }
+        if (widths[static_cast<size_t>(y)] > 0) {
+            top = top < 0 ? y : top;
+            bottom = y;
+        }
+    }
+    if (top < 0 || top == bottom) {
+        return Pointing::nowhere;
+    }
+    return widths[static_cast<size_t>(top)] > widths[static_cast<size_t>(bottom)] ? Pointing::down
+                                                                                  : Pointing::up;
+}
+
+TEST_F(FileListTest, AHeaderClickSortsNumbersAndDatesLargestFirstAndTheArrowFollows) {
+    const auto root = node(nullptr, "/r", true);
+    for (const auto& [name, size, modified] :
+         {std::tuple{"b", 300, 10.0}, std::tuple{"c", 100, 30.0}, std::tuple{"a", 200, 20.0}}) {
+        const auto made = node(root, name);
+        made->size = size;
+        made->modified = modified;
+        made->accessed = modified;
+    }
+    auto state = makeState();
+    FilesTable table(*state, FilesTable::fileListColumns(true));
+    table.resize(900, 300);
+    table.setNodes(root->children);
+    table.show();
+    auto& header = dynamic_cast<SortHeader&>(*table.horizontalHeader());
+    const auto click = [&](NodeColumn column) {
+        const int section = table.nodeModel()->columnOf(column);
+        QTest::mouseClick(
+            header.viewport(), Qt::LeftButton, {},
+            QPoint(header.sectionViewportPosition(section) + header.sectionSize(section) / 2,
+                   header.height() / 2));
+        return names(table.nodeModel()->nodes());
+    };
+    const auto arrow = [&](NodeColumn column) {
+        return arrowPointing(header, header.sectionOption(table.nodeModel()->columnOf(column)));
+    };
+    EXPECT_EQ(names(table.nodeModel()->nodes()), (std::vector<std::string>{"b", "a", "c"}));
+    EXPECT_EQ(arrow(NodeColumn::size), Pointing::down) << "largest first runs down";
+
+    const struct {
+        NodeColumn column;
+        std::vector<std::string> order;
+        Pointing pointing;
+    } clicks[] = {
+        {NodeColumn::name, {"a", "b", "c"}, Pointing::up},         // A to Z first
+        {NodeColumn::size, {"b", "a", "c"}, Pointing::down},       // largest first
+        {NodeColumn::size, {"c", "a", "b"}, Pointing::up},         // then smallest first
+        {NodeColumn::modified, {"c", "a", "b"}, Pointing::down},   // newest first
+        {NodeColumn::lastOpened, {"c", "a", "b"}, Pointing::down}, // newest first
+        {NodeColumn::lastOpened, {"b", "a", "c"}, Pointing::up},
+        {NodeColumn::size, {"b", "a", "c"}, Pointing::down},
+    };
+    for (const auto& [column, order, pointing] : clicks) {
+        EXPECT_EQ(click(column), order) << static_cast<int>(column);
+        EXPECT_EQ(arrow(column), pointing) << static_cast<int>(column);
+    }
 }
 
 TEST_F(FileListTest, LongNamesSortPastTheirFirstSixteenBytes) {
@@ -236,6 +326,38 @@ TEST_F(ScannedFilesTest, LargeFilesFollowTheStatesFilterAndRemovals) {
               (std::vector<std::string>{"thesis.pdf", "clip.mp4"}));
 }
 
+TEST_F(FileListTest, FilesOfOneNameShowTheirFolders) {
+    test::writeFile(dir / "disk/app1/dist/bundle1.js", 600'000);
+    test::writeFile(dir / "disk/app2/dist/bundle1.js", 700'000);
+    auto state = makeState();
+    scanFolder(*state, dir / "disk");
+    LargeFilesView page(*state);
+    page.resize(1000, 600);
+    page.show();
+    FilesTable& table = *page.list()->table();
+    const NodeTableModel& model = *table.nodeModel();
+    ASSERT_EQ(model.rowCount(), 2);
+    const int name = model.columnOf(NodeColumn::name);
+    QStringList folders;
+    QStringList tips;
+    for (int row = 0; row < 2; ++row) {
+        EXPECT_EQ(model.index(row, name).data().toString(), "bundle1.js");
+        folders << model.index(row, name).data(NodeTableModel::folderRole).toString();
+        tips << model.index(row, name).data(Qt::ToolTipRole).toString();
+    }
+    const QString disk = QString::fromStdString(dir / "disk");
+    EXPECT_EQ(folders, (QStringList{disk + "/app2/dist", disk + "/app1/dist"}));
+    EXPECT_EQ(tips, (QStringList{disk + "/app2/dist/bundle1.js", disk + "/app1/dist/bundle1.js"}));
+
+    // The folder is drawn on a second line of the name cell, in a row tall enough for both.
+    EXPECT_NE(dynamic_cast<FolderLineDelegate*>(table.itemDelegateForColumn(name)), nullptr);
+    EXPECT_GE(table.rowHeight(0), 2 * table.fontMetrics().height());
+    QImage withFolders = table.viewport()->grab().toImage();
+    table.setItemDelegateForColumn(name, nullptr);
+    QImage withoutFolders = table.viewport()->grab().toImage();
+    EXPECT_NE(withFolders, withoutFolders);
+}
+
 TEST_F(ScannedFilesTest, TheNodeMenuOffersWhatTheNodesAllow) {
     const ScanResult& scan = *state->scan();
     const FileNodePtr movies = scan.root->children.at(0)->name == "Movies"
@@ -298,18 +420,24 @@ TEST_F(ScannedFilesTest, TypesShowTilesOfKindsMetAndTheFilesOfTheOnePicked) {
     EXPECT_EQ(page.list()->table()->nodeModel()->columnOf(NodeColumn::kind), -1);
 }
 
-TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRest) {
-    QImage picture(40, 30, QImage::Format_RGB32);
+TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRestWithoutTouchingThem) {
+    // A camera's picture, far larger than the window.
+    QImage picture(1600, 1200, QImage::Format_RGB32);
     picture.fill(Qt::red);
-    ASSERT_TRUE(picture.save(QString::fromStdString(dir / "photo.png")));
+    ASSERT_TRUE(picture.save(QString::fromStdString(dir / "photo.jpg"), "JPEG"));
     test::writeText(dir / "notes.md", "# Plans\nnothing yet\n");
-    test::writeText(dir / "blob.bin", std::string("\x7f"
-                                                  "ELF\0\0\x01",
-                                                  7));
+    test::writeText(dir / "blob & co.bin", std::string("\x7f"
+                                                       "ELF\0\0\x01",
+                                                       7));
     const auto root = node(nullptr, dir.path(), true);
-    const auto photo = node(root, "photo.png", false, FileKind::image);
+    const auto photo = node(root, "photo.jpg", false, FileKind::image);
     const auto notes = node(root, "notes.md", false, FileKind::document);
-    const auto blob = node(root, "blob.bin");
+    const auto blob = node(root, "blob & co.bin");
+    // Opened ten days ago: any read on this file system would move that to now.
+    const double tenDaysAgo = static_cast<double>(std::time(nullptr)) - 10 * 86400;
+    for (const auto& file : {photo, notes, blob}) {
+        test::setModificationTime(file->path(), tenDaysAgo);
+    }
 
     auto state = makeState();
     FilesTable table(*state, FilesTable::fileListColumns(true));
@@ -327,12 +455,64 @@ TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRest) {
         table.setCurrentIndex(table.model()->index(table.nodeModel()->rowOf(shown), 0));
         QTest::keyClick(&table, Qt::Key_Space);
         ASSERT_NE(table.previewWindow(), nullptr);
-        EXPECT_TRUE(table.previewWindow()->isVisible()) << shown->name;
-        EXPECT_EQ(table.previewWindow()->node(), shown);
-        EXPECT_EQ(table.previewWindow()->showing(), showing) << shown->name;
+        PreviewWindow& preview = *table.previewWindow();
+        settle();
+        EXPECT_TRUE(preview.isVisible()) << shown->name;
+        EXPECT_EQ(preview.node(), shown);
+        EXPECT_EQ(preview.showing(), showing) << shown->name;
+        if (showing == PreviewWindow::Showing::picture) {
+            // Drawn large, in its own proportions.
+            const QRect drawn = preview.pictureView()->shownRect();
+            EXPECT_GE(drawn.width(), 400) << drawn.width() << "x" << drawn.height();
+            EXPECT_NEAR(drawn.width() * 3, drawn.height() * 4, 8);
+        }
+        if (showing == PreviewWindow::Showing::facts) {
+            // The facts read as text, with no markup in sight.
+            QLabel& facts = *preview.factsLabel();
+            EXPECT_EQ(facts.textFormat(), Qt::RichText);
+            QTextDocument shownText;
+            shownText.setHtml(facts.text());
+            EXPECT_TRUE(shownText.toPlainText().startsWith("blob & co.bin"))
+                << shownText.toPlainText().toStdString();
+            EXPECT_FALSE(shownText.toPlainText().contains('<'));
+        }
+        EXPECT_DOUBLE_EQ(test::accessTime(shown->path()), tenDaysAgo) << shown->name;
         QTest::keyClick(&table, Qt::Key_Space);
-        EXPECT_FALSE(table.previewWindow()->isVisible()) << shown->name;
+        EXPECT_FALSE(preview.isVisible()) << shown->name;
     }
+}
+
+TEST_F(FileListTest, TabLeavesTheTableAndArrowsMoveWithinIt) {
+    const auto root = node(nullptr, "/r", true);
+    for (const char* name : {"a", "b", "c"}) {
+        node(root, name)->size = 1'000'000;
+    }
+    auto state = makeState();
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* table = new FilesTable(*state, FilesTable::fileListColumns(true));
+    auto* after = new QLineEdit;
+    layout->addWidget(table);
+    layout->addWidget(after);
+    table->setNodes(root->children);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    table->setFocus();
+    table->selectRow(0);
+    const std::vector<FileNodePtr> chosen = table->selectedNodes();
+    ASSERT_EQ(chosen.size(), 1u);
+
+    // The arrows walk the rows.
+    QTest::keyClick(table, Qt::Key_Down);
+    EXPECT_EQ(table->selectedNodes(), std::vector<FileNodePtr>{table->nodeModel()->node(1)});
+    QTest::keyClick(table, Qt::Key_Up);
+    EXPECT_EQ(table->selectedNodes(), chosen);
+
+    // Tab goes on to the next control and leaves the selection as it was.
+    QTest::keyClick(table, Qt::Key_Tab);
+    EXPECT_TRUE(after->hasFocus());
+    EXPECT_EQ(table->selectedNodes(), chosen);
 }
 
 } // namespace

@@ -34,15 +34,42 @@ TEST(LaunchOptions, TheCommandLine) {
     }
 }
 
-// Runs the application; its exit status, or -1 when it did not end in time.
-int runApplication(const QStringList& arguments) {
+// Runs the application; its exit status, or -1 when it did not end in time. What it printed on
+// either stream goes to `output`.
+int runApplication(const QStringList& arguments, QString* output = nullptr) {
     QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(QStringLiteral(DORVIK_APP), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
         process.kill();
         return -1;
     }
+    if (output != nullptr) {
+        *output = QString::fromLocal8Bit(process.readAll());
+    }
     return process.exitCode();
+}
+
+TEST(LaunchOptions, HelpAndABadSectionNameTheSections) {
+    // No display is needed to ask.
+    for (const char* help : {"--help", "-h"}) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("DISPLAY"));
+        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(DORVIK_APP), {QString::fromLatin1(help)});
+        ASSERT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitCode(), 0) << help;
+        const QString said = QString::fromLocal8Bit(process.readAllStandardOutput());
+        EXPECT_TRUE(said.startsWith(QStringLiteral("usage: dorvik"))) << said.toStdString();
+        EXPECT_TRUE(said.contains(QStringLiteral("smartClean, overview, trends"))) << help;
+    }
+
+    QString said;
+    EXPECT_EQ(runApplication({"--screenshot", "a.png", "--section", "bytype"}, &said), 2);
+    EXPECT_TRUE(said.contains(QStringLiteral("no section is called bytype"))) << said.toStdString();
+    EXPECT_TRUE(said.contains(QStringLiteral("types, large, systemData"))) << said.toStdString();
 }
 
 double meanLightness(const QImage& image) {

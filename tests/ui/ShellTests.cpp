@@ -2,6 +2,7 @@
 #include "system/Dates.h"
 #include "ui/Appearance.h"
 #include "ui/pages/ScanPage.h"
+#include "ui/sheets/SettingsView.h"
 #include "ui/shell/DiskFooter.h"
 #include "ui/shell/RootView.h"
 #include "ui/shell/StaleScanBanner.h"
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QTest>
 
 #include <set>
 
@@ -32,6 +34,23 @@ TEST_F(ShellTest, TheWindowShowsTheSectionsPage) {
     for (AppSection section : allAppSections) {
         state->setSection(section);
         EXPECT_EQ(window.currentPage(), window.page(section)) << info(section).rawValue;
+    }
+}
+
+TEST_F(ShellTest, TheSettingsWindowClosesOnEscapeAndCtrlW) {
+    auto state = makeState();
+    const struct {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+    } closers[] = {{Qt::Key_Escape, Qt::NoModifier}, {Qt::Key_W, Qt::ControlModifier}};
+    for (const auto& [key, modifiers] : closers) {
+        SettingsView settings(*state, appearance);
+        settings.show();
+        settings.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&settings));
+        QTest::keyClick(settings.appearanceButton(0), key, modifiers);
+        EXPECT_FALSE(settings.isVisible())
+            << QKeySequence(key | modifiers).toString().toStdString();
     }
 }
 

@@ -20,6 +20,8 @@ FileListPanel::FileListPanel(AppState& state, bool showKind, std::function<QStri
       table_(new FilesTable(state, FilesTable::fileListColumns(showKind))),
       footnote_(Style::label({}, Style::TextRole::caption)),
       export_(new QPushButton(Symbols::icon("square.and.arrow.up"), tr("Export to CSV"))) {
+    // The files of a list come from all over the disk, and names repeat.
+    table_->showFolderLines();
     footnote_->setWordWrap(true);
     connect(export_, &QPushButton::clicked, this, [this, name = std::move(exportName)] {
         exportCSV(this, table_->nodeModel()->nodes(), name());

@@ -1,7 +1,9 @@
 #include "ui/files/FilesTable.h"
 
+#include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
 #include "ui/files/PreviewWindow.h"
+#include "ui/files/SortHeader.h"
 #include "ui/widgets/ListTable.h"
 #include "ui/widgets/RiskBadge.h"
 #include "ui/widgets/SelectionBar.h"
@@ -54,6 +56,7 @@ std::vector<NodeColumn> FilesTable::fileListColumns(bool showKind) {
 
 FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget* parent)
     : QTableView(parent), state_(state), model_(new NodeTableModel(std::move(columns), this)) {
+    setHorizontalHeader(new SortHeader(this));
     setModel(model_);
     styleListTable(this, tableRowHeight);
     setIconSize(QSize(16, 16));
@@ -107,6 +110,12 @@ FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget
             break;
         }
     }
+}
+
+void FilesTable::showFolderLines() {
+    setItemDelegateForColumn(model_->columnOf(NodeColumn::name), new FolderLineDelegate(this));
+    verticalHeader()->setDefaultSectionSize(
+        std::max(tableRowHeight, FolderLineDelegate::rowHeight(font())));
 }
 
 void FilesTable::setNodes(std::vector<FileNodePtr> nodes) {

@@ -26,6 +26,8 @@ public:
     FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget* parent = nullptr);
 
     NodeTableModel* nodeModel() const { return model_; }
+    // Rows from many folders: each name gets its folder on a second line.
+    void showFolderLines();
     // Replaces the rows, keeping the sort and, where the nodes are still there, the selection.
     void setNodes(std::vector<FileNodePtr> nodes);
     std::vector<FileNodePtr> selectedNodes() const;

@@ -1,6 +1,7 @@
 #include "ui/files/NodeTableModel.h"
 
 #include "removal/SafetyRules.h"
+#include "scanning/ScanPaths.h"
 #include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Symbols.h"
@@ -66,6 +67,18 @@ QString text(NodeColumn column, const FileNode& node) {
 }
 
 } // namespace
+
+Qt::SortOrder NodeTableModel::firstSortOrder(NodeColumn column) {
+    switch (column) {
+    case NodeColumn::size:
+    case NodeColumn::files:
+    case NodeColumn::modified:
+    case NodeColumn::lastOpened:
+        return Qt::DescendingOrder;
+    default:
+        return Qt::AscendingOrder;
+    }
+}
 
 NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent)
     : QAbstractTableModel(parent), columns_(std::move(columns)) {}
@@ -137,6 +150,14 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
         if (column == NodeColumn::name && row.unreadable) {
             return tr("No permission to read. Grant Full Disk Access.");
         }
+        // Names repeat across folders: the whole path tells the rows apart.
+        return column == NodeColumn::name ? qtText(displayPath(row.path())) : QVariant();
+    case folderRole:
+        if (column == NodeColumn::name) {
+            if (const FileNodePtr folder = row.parent.lock()) {
+                return qtText(displayPath(folder->path()));
+            }
+        }
         return {};
     case riskRole:
         return column == NodeColumn::risk
@@ -153,6 +174,9 @@ QVariant NodeTableModel::headerData(int section, Qt::Orientation orientation, in
     }
     if (role == Qt::DisplayRole) {
         return title(columnAt(section));
+    }
+    if (role == Qt::InitialSortOrderRole) {
+        return firstSortOrder(columnAt(section));
     }
     if (role == Qt::TextAlignmentRole) {
         const NodeColumn column = columnAt(section);

@@ -20,8 +20,15 @@ public:
     // The verdict's risk (an int of Risk) and its reason, asked of the safety rules each time,
     // for the rows on show only.
     static constexpr int riskRole = Qt::UserRole + 1;
+    // The display path of the folder the row's node lies in ("~/Projects/app"), on the name
+    // column; nothing for a root.
+    static constexpr int folderRole = Qt::UserRole + 2;
 
     explicit NodeTableModel(std::vector<NodeColumn> columns, QObject* parent = nullptr);
+
+    // The order of a column's first click: the largest, most numerous or newest first for
+    // numbers and dates, A to Z for words. The header asks for it as Qt::InitialSortOrderRole.
+    static Qt::SortOrder firstSortOrder(NodeColumn column);
 
     void setNodes(std::vector<FileNodePtr> nodes);
     // The rows in the order shown.

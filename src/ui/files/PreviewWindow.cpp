@@ -1,15 +1,18 @@
 #include "ui/files/PreviewWindow.h"
 
+#include "platform/PeekFile.h"
 #include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
+#include "ui/widgets/PictureView.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QFontDatabase>
 #include <QImageReader>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
@@ -19,16 +22,39 @@ namespace dorvik {
 
 namespace {
 
-// Enough of a text to see what it is, little enough to read at once from any disk.
-constexpr qint64 textPreviewBytes = 64 * 1024;
+// Enough of a text to see what it is, little enough to read at once from any disk; also enough to
+// tell a picture by its first bytes.
+constexpr size_t previewStartBytes = 64 * 1024;
+// Pictures larger than this are not read whole for a glance; their facts are shown instead.
+constexpr size_t largestPicture = 128 * 1024 * 1024;
+
+QByteArray asBytes(const std::vector<uint8_t>& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+}
+
+// A picture when the first bytes say it is one in a format Qt reads. Every read leaves the
+// file's access time alone, so that a glance does not make the file look used.
+QImage pictureOf(const std::string& path, const QByteArray& start) {
+    QBuffer startBuffer;
+    startBuffer.setData(start);
+    startBuffer.open(QIODevice::ReadOnly);
+    if (QImageReader::imageFormat(&startBuffer).isEmpty()) {
+        return {};
+    }
+    const auto whole = platform::peekFile(path, largestPicture + 1);
+    if (!whole || whole->size() > largestPicture) {
+        return {};
+    }
+    QBuffer buffer;
+    buffer.setData(asBytes(*whole));
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    return reader.read();
+}
 
 // Text is what decodes as UTF-8 and holds no NUL byte.
-std::optional<QString> textStart(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    const QByteArray bytes = file.read(textPreviewBytes);
+std::optional<QString> textOf(const QByteArray& bytes) {
     if (bytes.contains('\0')) {
         return std::nullopt;
     }
@@ -50,16 +76,15 @@ PreviewWindow::PreviewWindow(QWidget* parent) : QDialog(parent) {
     layout->setContentsMargins(Style::cardPadding, Style::cardPadding, Style::cardPadding,
                                Style::cardPadding);
     stack_ = new QStackedLayout;
-    pictureLabel_ = new QLabel;
-    pictureLabel_->setAlignment(Qt::AlignCenter);
-    pictureLabel_->setMinimumSize(1, 1);
+    picture_ = new PictureView;
     text_ = new QPlainTextEdit;
     text_->setReadOnly(true);
     text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     facts_ = Style::label(QString(), Style::TextRole::body);
+    facts_->setTextFormat(Qt::RichText);
     facts_->setAlignment(Qt::AlignCenter);
     facts_->setWordWrap(true);
-    stack_->addWidget(pictureLabel_);
+    stack_->addWidget(picture_);
     stack_->addWidget(text_);
     stack_->addWidget(facts_);
     layout->addLayout(stack_, 1);
@@ -73,20 +98,21 @@ void PreviewWindow::showNode(const FileNodePtr& node) {
     if (node == nullptr) {
         return;
     }
-    const QString path = QFile::decodeName(QByteArray::fromStdString(node->path()));
+    const std::string path = node->path();
     setWindowTitle(qtText(node->name));
     caption_->setText(qtText(node->name) + QStringLiteral(" · ") +
                       qtText(TextForms::size(node->size)));
-    picture_ = QImage();
+    QByteArray start;
     if (!node->isDirectory) {
-        QImageReader reader(path);
-        reader.setAutoTransform(true);
-        picture_ = reader.read();
+        start =
+            asBytes(platform::peekFile(path, previewStartBytes).value_or(std::vector<uint8_t>{}));
     }
-    if (!picture_.isNull()) {
-        stack_->setCurrentWidget(pictureLabel_);
-        showPicture();
-    } else if (const auto text = node->isDirectory ? std::nullopt : textStart(path)) {
+    picture_->setPicture(node->isDirectory ? QImage() : pictureOf(path, start));
+    if (!picture_->picture().isNull()) {
+        stack_->setCurrentWidget(picture_);
+        fitToPicture();
+    } else if (const auto text =
+                   node->isDirectory || start.isEmpty() ? std::nullopt : textOf(start)) {
         text_->setPlainText(*text);
         stack_->setCurrentWidget(text_);
     } else {
@@ -104,7 +130,7 @@ void PreviewWindow::showNode(const FileNodePtr& node) {
 }
 
 PreviewWindow::Showing PreviewWindow::showing() const {
-    if (stack_->currentWidget() == pictureLabel_) {
+    if (stack_->currentWidget() == picture_) {
         return Showing::picture;
     }
     return stack_->currentWidget() == text_ ? Showing::text : Showing::facts;
@@ -118,22 +144,15 @@ void PreviewWindow::keyPressEvent(QKeyEvent* event) {
     QDialog::keyPressEvent(event);
 }
 
-void PreviewWindow::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    showPicture();
-}
-
-void PreviewWindow::showPicture() {
-    if (picture_.isNull()) {
-        return;
-    }
-    const QSize room = pictureLabel_->size() * devicePixelRatioF();
-    QPixmap shown = QPixmap::fromImage(
-        picture_.width() > room.width() || picture_.height() > room.height()
-            ? picture_.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-            : picture_);
-    shown.setDevicePixelRatio(devicePixelRatioF());
-    pictureLabel_->setPixmap(shown);
+void PreviewWindow::fitToPicture() {
+    const QScreen* screen = this->screen();
+    const QSize most =
+        screen != nullptr ? screen->availableGeometry().size() * 0.8 : QSize(1280, 960);
+    const int margins = 2 * Style::cardPadding;
+    const int below = caption_->sizeHint().height() + layout()->spacing();
+    QSize wanted = picture_->sizeHint() + QSize(margins, margins + below);
+    wanted = wanted.boundedTo(most).expandedTo(QSize(640, 480));
+    resize(wanted);
 }
 
 } // namespace dorvik

@@ -13,6 +13,8 @@ class QStackedLayout;
 
 namespace dorvik {
 
+class PictureView;
+
 class PreviewWindow : public QDialog {
 public:
     explicit PreviewWindow(QWidget* parent = nullptr);
@@ -22,18 +24,19 @@ public:
 
     enum class Showing { picture, text, facts };
     Showing showing() const;
+    PictureView* pictureView() const { return picture_; }
+    QLabel* factsLabel() const { return facts_; }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void showPicture();
+    // Makes the window as large as the picture wants, within most of the screen.
+    void fitToPicture();
 
     FileNodePtr node_;
-    QImage picture_;
     QStackedLayout* stack_;
-    QLabel* pictureLabel_;
+    PictureView* picture_;
     QPlainTextEdit* text_;
     QLabel* facts_;
     QLabel* caption_;

@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -44,6 +45,12 @@ SettingsView::SettingsView(AppState& state, AppearanceController& appearance, QW
     layout->setContentsMargins(Style::sectionGap, Style::sectionGap, Style::sectionGap,
                                Style::sectionGap);
     layout->addWidget(tabs);
+    // A window of choices that apply at once closes as a dialog does.
+    for (const QKeySequence& keys :
+         {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close),
+          QKeySequence(Qt::CTRL | Qt::Key_W)}) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, &QWidget::close);
+    }
 }
 
 QAbstractButton* SettingsView::appearanceButton(int index) const {
