@@ -14,6 +14,8 @@ constexpr std::string_view noPermission =
     "No permission. It may need Full Disk Access, or it belongs to another user.";
 constexpr std::string_view noLongerExists = "No longer exists.";
 constexpr std::string_view inUse = "Protected by macOS or in use.";
+constexpr std::string_view mountedHere =
+    "Another disk or folder is mounted here. It was left alone.";
 
 DeletionFailure failure(const std::string& path, std::string reason) {
     return DeletionFailure{Uuid::make(), path, std::move(reason)};
@@ -29,6 +31,8 @@ std::string failureReason(const platform::FileError& error) {
         return std::string(noLongerExists);
     case platform::FileErrorKind::inUse:
         return std::string(inUse);
+    case platform::FileErrorKind::mountPoint:
+        return std::string(mountedHere);
     case platform::FileErrorKind::other:
         break;
     }
