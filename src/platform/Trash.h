@@ -8,6 +8,7 @@
 // that says where it came from and when it went.
 
 #include "platform/FileError.h"
+#include "platform/PinnedFolder.h"
 
 #include <optional>
 #include <string>
@@ -19,9 +20,15 @@ struct TrashOutcome {
     std::optional<FileError> error;         // set on failure, when nothing moved
 };
 
-// Moves the item at `path` (a file, a link or a whole folder; a link is moved, never followed)
-// into the Trash of its filesystem. Nothing is copied: an item whose filesystem has no usable
-// trash is a failure.
+// Moves the entry `name` of the pinned folder (a file, a link or a whole folder; a link is moved,
+// never followed) into the Trash of its mount: the home trash when the item lies on the home
+// trash's mount, else the trash at the top of the item's own mount (a bind mount's top is its
+// mount point). Nothing is copied. A mount point is refused, and so is a home trash that is a
+// link: it is neither followed nor bypassed.
+TrashOutcome moveToTrashAt(const PinnedFolder& folder, const std::string& name);
+
+// The same for an absolute path, whose folder is pinned first: a link in the folders above the
+// item is refused.
 TrashOutcome moveToTrash(const std::string& path);
 
 // Moves a trashed item back to `originalPath`, never over anything that stands there, and removes
