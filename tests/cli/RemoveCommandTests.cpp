@@ -1,6 +1,7 @@
 // dorvik-cli remove, history and undo end to end, in a home and data folder of the test's own.
 
 #include "cli/CliRun.h"
+#include "support/ScratchMount.h"
 #include "support/TestHome.h"
 #include "system/TextForms.h"
 
@@ -116,6 +117,25 @@ TEST_F(RemoveCommandTest, RefusalsAndBadWords) {
     }
     EXPECT_TRUE(test::entryExists(home + "/notes.txt"));
     EXPECT_TRUE(test::entryExists(home + "/Documents"));
+}
+
+// The terminal lists what was refused right there; the history keeps no failures to look up.
+TEST_F(RemoveCommandTest, RefusalsAreListedWhereTheyAreTold) {
+    test::writeText(home + "/Downloads/source/keep.txt", "kept");
+    test::ScratchMount bound(home + "/Downloads/bound",
+                             test::ScratchMount::BindOf{home + "/Downloads/source"});
+    if (!bound.mounted()) {
+        GTEST_SKIP() << bound.whyNot();
+    }
+    const CliRun done = run("remove --yes --permanent " + quoted("Downloads/bound") + " " +
+                            quoted("Downloads/movie.mkv"));
+    EXPECT_EQ(done.status, 1) << done.out;
+    EXPECT_NE(done.out.find("1 item(s) couldn't be deleted:\n  ~/Downloads/bound: Another disk "
+                            "or folder is mounted here. It was left alone.\n"),
+              std::string::npos)
+        << done.out;
+    EXPECT_EQ(done.out.find("Details in History"), std::string::npos) << done.out;
+    EXPECT_EQ(test::readText(home + "/Downloads/source/keep.txt"), "kept");
 }
 
 TEST_F(RemoveCommandTest, OnATerminalTheUserIsAsked) {

@@ -154,6 +154,17 @@ TEST(Toast, AfterARunTheFiguresStayApart) {
         EXPECT_EQ(toast.detail, c.detail);
         EXPECT_TRUE(toast.undoable.empty());
     }
+    // A folder that went in part is not "nothing".
+    DeletionReport partial;
+    partial.failures = {refused, refused};
+    partial.partlyDeletedPaths = {"/x"};
+    const Toast partialToast = deletionToast(partial, {});
+    EXPECT_EQ(partialToast.message, "1 item(s) only partly deleted");
+    EXPECT_EQ(partialToast.detail, "2 item(s) couldn't be deleted. Details in History.");
+    // Where the failures are listed on the spot, the detail does not send the user elsewhere.
+    const Toast listed = deletionToast(partial, {}, FailureDetails::listedBelow);
+    EXPECT_EQ(listed.detail, "2 item(s) couldn't be deleted:");
+
     const std::vector<HistoryEntry> entries = {
         historyEntry("/a", "/t/a"), historyEntry("/b", std::nullopt), historyEntry("/c", "/t/c")};
     DeletionReport report;
