@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "platform/ResolvedPath.h"
 #include "removal/SafetyRules.h"
 
 #include <nlohmann/json.hpp>
@@ -20,7 +21,7 @@ int runVerdict(Arguments& arguments) {
         } else if (word.empty()) {
             throw UsageError("an empty path");
         } else {
-            paths.push_back(normalisedPath(word));
+            paths.push_back(platform::withResolvedFolders(absolutePath(word)));
         }
     }
     if (paths.empty()) {

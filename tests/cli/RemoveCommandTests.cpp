@@ -119,6 +119,24 @@ TEST_F(RemoveCommandTest, RefusalsAndBadWords) {
     EXPECT_TRUE(test::entryExists(home + "/Documents"));
 }
 
+// The paths given are those the system would act on: ".." after a link goes up from the link's
+// target, and one item named twice is one item.
+TEST_F(RemoveCommandTest, PathsAreResolvedAsTheSystemResolvesThem) {
+    test::writeText(dir / "work/real/deep/old.txt", "deep");
+    test::writeText(dir / "work/old.txt", "shallow");
+    test::makeFolder(dir / "work/real/deep/dir");
+    test::makeSymlink(dir / "work/real/deep/dir", dir / "work/lnk");
+    const std::string viaLink = shellQuoted(dir / "work/lnk/../old.txt");
+    const CliRun done = run("remove --yes --include-review --permanent " + viaLink + " " + viaLink +
+                            " " + shellQuoted(dir / "work/real/deep/old.txt"));
+    EXPECT_EQ(done.status, 0) << done.out;
+    EXPECT_EQ(test::readText(dir / "work/old.txt"), "shallow");
+    EXPECT_FALSE(test::entryExists(dir / "work/real/deep/old.txt"));
+    EXPECT_NE(done.out.find("\nReview: 1 \u00B7 "), std::string::npos) << done.out;
+    EXPECT_NE(done.out.find(dir / "work/real/deep/old.txt  ("), std::string::npos) << done.out;
+    EXPECT_EQ(history().size(), 1u);
+}
+
 // The terminal lists what was refused right there; the history keeps no failures to look up.
 TEST_F(RemoveCommandTest, RefusalsAreListedWhereTheyAreTold) {
     test::writeText(home + "/Downloads/source/keep.txt", "kept");
