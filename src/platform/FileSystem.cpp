@@ -1,5 +1,7 @@
 #include "platform/FileSystem.h"
 
+#include "platform/PinnedFolder.h"
+
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -33,8 +35,10 @@ bool canListFolder(const std::string& path) {
     return directoryEntries(path).has_value();
 }
 
-std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
-    DIR* folder = opendir(path.c_str());
+namespace {
+
+// The names in an open folder; the folder is closed.
+std::optional<std::vector<std::string>> entriesOf(DIR* folder) {
     if (folder == nullptr) {
         return std::nullopt;
     }
@@ -51,6 +55,28 @@ std::optional<std::vector<std::string>> directoryEntries(const std::string& path
         return std::nullopt;
     }
     return names;
+}
+
+} // namespace
+
+std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
+    return entriesOf(opendir(path.c_str()));
+}
+
+std::optional<std::vector<std::string>> directoryEntriesWithoutLinks(const std::string& path) {
+    const PinnedFolder folder(path);
+    if (!folder.isOpen()) {
+        return std::nullopt;
+    }
+    const int listing = dup(folder.descriptor());
+    if (listing < 0) {
+        return std::nullopt;
+    }
+    DIR* stream = fdopendir(listing);
+    if (stream == nullptr) {
+        close(listing);
+    }
+    return entriesOf(stream);
 }
 
 std::optional<double> modificationTime(const std::string& path) {
