@@ -3,6 +3,7 @@
 #include "cleaning/JunkCatalogue.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
+#include "platform/ResolvedPath.h"
 #include "scanning/MeasureFolder.h"
 
 #include <algorithm>
@@ -28,8 +29,10 @@ double currentTime() {
 
 JunkFinding evaluate(const JunkRule& rule, double now) {
     JunkFinding finding{rule, {}};
-    const std::string folder = ruleFolder(rule, platform::homeDirectory());
-    const auto names = platform::directoryEntries(folder);
+    // From the home folder's real path, a rule's folder must be reached without a link: one that
+    // is a link, or lies below one, leads out of the place the rule names and finds nothing.
+    const std::string folder = ruleFolder(rule, platform::resolvedPath(platform::homeDirectory()));
+    const auto names = platform::directoryEntriesWithoutLinks(folder);
     if (!names) {
         return finding;
     }

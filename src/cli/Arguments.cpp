@@ -43,4 +43,12 @@ std::string normalisedPath(const std::string& path) {
     return result;
 }
 
+std::string absolutePath(const std::string& path) {
+    std::string result = std::filesystem::absolute(path).string();
+    while (result.size() > 1 && result.back() == '/') {
+        result.pop_back();
+    }
+    return result;
+}
+
 } // namespace dorvik::cli

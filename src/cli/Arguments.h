@@ -46,4 +46,8 @@ bool takeJsonOption(Arguments& arguments);
 // compares with the paths a walk produces.
 std::string normalisedPath(const std::string& path);
 
+// Absolute, without a trailing "/", and otherwise as given: a ".." after a link is left for the
+// system to resolve, which goes up from the link's target, not back along the text.
+std::string absolutePath(const std::string& path);
+
 } // namespace dorvik::cli

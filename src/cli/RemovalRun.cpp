@@ -44,7 +44,7 @@ int runRemoval(const std::vector<DeletionRequest>& requests) {
     history.record(outcome.entries, &journal);
 
     const DeletionReport& report = outcome.report;
-    const Toast toast = deletionToast(report, outcome.entries);
+    const Toast toast = deletionToast(report, outcome.entries, FailureDetails::listedBelow);
     std::cout << toast.message << "\n";
     if (toast.detail) {
         std::cout << *toast.detail << "\n";

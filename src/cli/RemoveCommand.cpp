@@ -74,7 +74,7 @@ int runRemove(Arguments& arguments) {
         } else if (word.starts_with("--")) {
             throw UsageError("unknown option " + word);
         } else {
-            paths.push_back(normalisedPath(word));
+            paths.push_back(absolutePath(word));
         }
     }
     if (paths.empty()) {

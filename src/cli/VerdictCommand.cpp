@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
+#include "platform/ResolvedPath.h"
 #include "removal/SafetyRules.h"
 
 #include <nlohmann/json.hpp>
@@ -22,7 +23,7 @@ int runVerdict(Arguments& arguments) {
         } else if (word.empty()) {
             throw UsageError("an empty path");
         } else {
-            paths.push_back(normalisedPath(word));
+            paths.push_back(platform::withResolvedFolders(absolutePath(word)));
         }
     }
     if (paths.empty()) {

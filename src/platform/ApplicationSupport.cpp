@@ -10,14 +10,6 @@
 
 namespace dorvik::platform {
 
-std::string dataHomeDirectory() {
-    if (const char* dataHome = std::getenv("XDG_DATA_HOME");
-        dataHome != nullptr && dataHome[0] == '/') {
-        return dataHome;
-    }
-    return homeDirectory() + "/.local/share";
-}
-
 std::string applicationSupportDirectory() {
     const std::string folder = dataHomeDirectory() + "/Dorvik";
     makePrivateFolder(folder);

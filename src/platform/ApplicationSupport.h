@@ -1,11 +1,10 @@
 #pragma once
 
+#include "platform/HomeDirectory.h" // dataHomeDirectory
+
 #include <string>
 
 namespace dorvik::platform {
-
-// $XDG_DATA_HOME when it is an absolute path, else ~/.local/share.
-std::string dataHomeDirectory();
 
 // Where Dorvik keeps its own files: $XDG_DATA_HOME/Dorvik, by default ~/.local/share/Dorvik.
 // Created with its parents on first need; a failure to create it is ignored here and shows

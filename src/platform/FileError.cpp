@@ -27,4 +27,8 @@ FileError fileErrorFromNumber(int errorNumber) {
     return FileError{kind, std::generic_category().message(errorNumber)};
 }
 
+FileError mountPointError() {
+    return FileError{FileErrorKind::mountPoint, "Another mount stands here."};
+}
+
 } // namespace dorvik::platform

@@ -11,6 +11,7 @@ enum class FileErrorKind {
     noSuchFile,   // ENOENT
     noPermission, // EACCES, EPERM, EROFS
     inUse,        // EBUSY, ETXTBSY
+    mountPoint,   // another mount stands there: never crossed, never removed
     other,
 };
 
@@ -23,5 +24,8 @@ struct FileError {
 
 // The error for an error number as the C library reports it.
 FileError fileErrorFromNumber(int errorNumber);
+
+// The refusal of an entry where another mount stands.
+FileError mountPointError();
 
 } // namespace dorvik::platform

@@ -1,6 +1,9 @@
 #include "platform/FileSystem.h"
 
+#include "platform/PinnedFolder.h"
+
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -37,8 +40,10 @@ bool canListFolder(const std::string& path) {
     return directoryEntries(path).has_value();
 }
 
-std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
-    DIR* folder = opendir(path.c_str());
+namespace {
+
+// The names in an open folder; the folder is closed.
+std::optional<std::vector<std::string>> entriesOf(DIR* folder) {
     if (folder == nullptr) {
         return std::nullopt;
     }
@@ -57,6 +62,28 @@ std::optional<std::vector<std::string>> directoryEntries(const std::string& path
     return names;
 }
 
+} // namespace
+
+std::optional<std::vector<std::string>> directoryEntries(const std::string& path) {
+    return entriesOf(opendir(path.c_str()));
+}
+
+std::optional<std::vector<std::string>> directoryEntriesWithoutLinks(const std::string& path) {
+    const PinnedFolder folder(path);
+    if (!folder.isOpen()) {
+        return std::nullopt;
+    }
+    const int listing = dup(folder.descriptor());
+    if (listing < 0) {
+        return std::nullopt;
+    }
+    DIR* stream = fdopendir(listing);
+    if (stream == nullptr) {
+        close(listing);
+    }
+    return entriesOf(stream);
+}
+
 std::optional<double> modificationTime(const std::string& path) {
     struct stat st {};
     if (lstat(path.c_str(), &st) != 0) {
@@ -72,6 +99,22 @@ std::optional<FileError> createFolders(const std::string& path) {
         return fileErrorFromNumber(error.value());
     }
     return std::nullopt;
+}
+
+int renameNoReplaceAt(int fromFolder, const std::string& from, int toFolder,
+                      const std::string& to) {
+    if (renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL) {
+        return errno;
+    }
+    // A filesystem without the flag: check, then rename.
+    struct stat st {};
+    if (fstatat(toFolder, to.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) {
+        return EEXIST;
+    }
+    return renameat(fromFolder, from.c_str(), toFolder, to.c_str()) == 0 ? 0 : errno;
 }
 
 } // namespace dorvik::platform

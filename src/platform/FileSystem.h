@@ -26,6 +26,10 @@ bool canListFolder(const std::string& path);
 // system gives them. None when the folder cannot be listed.
 std::optional<std::vector<std::string>> directoryEntries(const std::string& path);
 
+// The same for a folder reached without following any link on the way from the root: none when
+// the folder, or any folder above it, is a link (or cannot be listed).
+std::optional<std::vector<std::string>> directoryEntriesWithoutLinks(const std::string& path);
+
 // The content modification time of the entry itself (a symbolic link is not followed), in
 // seconds since 1970 with the fraction; none when it cannot be read.
 std::optional<double> modificationTime(const std::string& path);
@@ -35,5 +39,10 @@ void removeFile(const std::string& path);
 
 // Creates the folder and every missing folder above it. None when the folder stands afterwards.
 std::optional<FileError> createFolders(const std::string& path);
+
+// Renames the entry `from` of the folder `fromFolder` to `to` in `toFolder` (descriptors, or
+// AT_FDCWD for paths) without ever replacing what stands at `to`. Zero or the error number:
+// EEXIST when the name is taken.
+int renameNoReplaceAt(int fromFolder, const std::string& from, int toFolder, const std::string& to);
 
 } // namespace dorvik::platform

@@ -1,6 +1,7 @@
 #include "platform/Trash.h"
 
 #include "platform/FileIO.h"
+#include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
 
 #include <array>
@@ -27,26 +28,6 @@ struct TrashFolder {
     std::string pathPrefix; // taken off the item's path for "Path"; empty in the home trash
 };
 
-struct Split {
-    std::string parent;
-    std::string name;
-};
-
-std::optional<Split> splitPath(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    const size_t slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return std::nullopt;
-    }
-    Split split{slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
-    if (split.name.empty() || split.name == "." || split.name == "..") {
-        return std::nullopt;
-    }
-    return split;
-}
-
 std::string parentOf(const std::string& path) {
     const size_t slash = path.rfind('/');
     return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
@@ -56,51 +37,79 @@ std::string joined(const std::string& folder, const std::string& name) {
     return folder == "/" ? "/" + name : folder + "/" + name;
 }
 
-std::string dataHome() {
-    if (const char* value = std::getenv("XDG_DATA_HOME"); value != nullptr && value[0] == '/') {
-        return value;
-    }
-    return homeDirectory() + "/.local/share";
-}
-
-// Makes the folder with mode 0700 unless it is there; true if a real folder (no link) stands
-// there afterwards, owned by this user.
-bool ensurePrivateFolder(const std::string& path) {
+// Makes the folder with mode 0700 unless it is there. Zero when a real folder owned by this user
+// stands there afterwards; ELOOP when a link stands there instead, EACCES for anything else.
+int ensurePrivateFolder(const std::string& path) {
     if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
-        return false;
+        return errno;
     }
     struct stat st {};
-    return lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && st.st_uid == geteuid();
+    if (lstat(path.c_str(), &st) != 0) {
+        return errno;
+    }
+    if (S_ISLNK(st.st_mode)) {
+        return ELOOP;
+    }
+    return S_ISDIR(st.st_mode) && st.st_uid == geteuid() ? 0 : EACCES;
 }
 
-bool ensureTrashFolder(const std::string& path) {
-    return ensurePrivateFolder(path) && ensurePrivateFolder(path + "/files") &&
-           ensurePrivateFolder(path + "/info");
+int ensureTrashFolder(const std::string& path) {
+    for (const std::string& folder : {path, path + "/files", path + "/info"}) {
+        if (const int error = ensurePrivateFolder(folder); error != 0) {
+            return error;
+        }
+    }
+    return 0;
 }
 
-std::optional<TrashFolder> homeTrash(dev_t device) {
-    const std::string data = dataHome();
+// The identity of the folder at `path`, following links (the user's data folder may be reached
+// through one), or none.
+std::optional<FileIdentity> folderIdentity(const std::string& path) {
+    const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+        return std::nullopt;
+    }
+    const auto identity = identityAt(fd, "");
+    close(fd);
+    return identity;
+}
+
+// Both on one mount and one filesystem, so that a rename between them can work.
+bool sameMount(const FileIdentity& a, const FileIdentity& b) {
+    return a.mount == b.mount && a.device == b.device;
+}
+
+// The home trash when the item's folder lies on its mount; none for an item elsewhere. A home
+// trash that cannot be used (a link, another owner) is an error: it is not bypassed.
+std::optional<TrashFolder> homeTrash(const FileIdentity& itemFolder, int& error) {
+    error = 0;
+    const std::string data = dataHomeDirectory();
     // The data folder itself may be missing in a fresh home.
     for (size_t slash = data.find('/', 1); slash != std::string::npos;
          slash = data.find('/', slash + 1)) {
         mkdir(data.substr(0, slash).c_str(), 0700);
     }
     mkdir(data.c_str(), 0700);
+    const auto dataFolder = folderIdentity(data);
+    if (!dataFolder || !sameMount(*dataFolder, itemFolder)) {
+        return std::nullopt;
+    }
     const std::string trash = data + "/Trash";
-    struct stat st {};
-    if (!ensureTrashFolder(trash) || stat(trash.c_str(), &st) != 0 || st.st_dev != device) {
+    error = ensureTrashFolder(trash);
+    if (error != 0) {
         return std::nullopt;
     }
     return TrashFolder{trash, ""};
 }
 
-// The highest folder above `realFolder` (a path without links) on the same filesystem.
-std::string topFolder(const std::string& realFolder, dev_t device) {
+// The mount point of the item's own mount: the highest folder above `realFolder` (a path without
+// links) on that mount. A bind mount's top is where it is mounted, not its filesystem's top.
+std::string topFolder(const std::string& realFolder, const FileIdentity& mount) {
     std::string top = realFolder;
     while (top != "/") {
         const std::string up = parentOf(top);
-        struct stat st {};
-        if (stat(up.c_str(), &st) != 0 || st.st_dev != device) {
+        const auto identity = folderIdentity(up);
+        if (!identity || !sameMount(*identity, mount)) {
             break;
         }
         top = up;
@@ -116,12 +125,12 @@ std::optional<TrashFolder> topTrash(const std::string& top) {
     struct stat st {};
     if (lstat(shared.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && (st.st_mode & S_ISVTX) != 0) {
         const std::string mine = shared + "/" + uid;
-        if (ensureTrashFolder(mine)) {
+        if (ensureTrashFolder(mine) == 0) {
             return TrashFolder{mine, top};
         }
     }
     const std::string own = joined(top, ".Trash-" + uid);
-    if (ensureTrashFolder(own)) {
+    if (ensureTrashFolder(own) == 0) {
         return TrashFolder{own, top};
     }
     return std::nullopt;
@@ -139,12 +148,15 @@ std::string deletionDate() {
 // The name with ".N" before its extension; cut short, at a character boundary, so that its
 // ".trashinfo" still fits in a file name.
 std::string candidateName(const std::string& name, int attempt) {
-    const size_t dot = name.rfind('.');
-    const bool hasExtension = dot != std::string::npos && dot > 0;
-    std::string stem = hasExtension ? name.substr(0, dot) : name;
-    const std::string extension = hasExtension ? name.substr(dot) : "";
     const std::string counter = attempt == 1 ? "" : "." + std::to_string(attempt);
     const size_t room = NAME_MAX - infoSuffix.size();
+    // An "extension" that would leave the stem no room is part of the name: cutting the stem to
+    // nothing would leave a hidden name.
+    const size_t dot = name.rfind('.');
+    const bool hasExtension =
+        dot != std::string::npos && dot > 0 && name.size() - dot + counter.size() < room / 2;
+    std::string stem = hasExtension ? name.substr(0, dot) : name;
+    const std::string extension = hasExtension ? name.substr(dot) : "";
     while (stem.size() + counter.size() + extension.size() > room && !stem.empty()) {
         stem.pop_back();
         while (!stem.empty() && (static_cast<unsigned char>(stem.back()) & 0xC0) == 0x80) {
@@ -158,26 +170,10 @@ std::string candidateName(const std::string& name, int attempt) {
     return candidate.size() > room ? candidate.substr(0, room) : candidate;
 }
 
-// Renames without replacing anything. Zero or the error number.
-int renameNoReplace(const std::string& from, const std::string& to) {
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-        return 0;
-    }
-    if (errno != EINVAL) {
-        return errno;
-    }
-    // A filesystem without the flag: check, then rename.
-    struct stat st {};
-    if (lstat(to.c_str(), &st) == 0) {
-        return EEXIST;
-    }
-    return rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
-}
-
 // Claims a free name with its ".trashinfo" (made exclusively, so two removals never share one),
 // then moves the item in. The info file goes again if the move fails. Zero or the error number.
-int moveInto(const TrashFolder& trash, const std::string& path, const std::string& realPath,
-             const std::string& name, const ItemIdentity& item,
+int moveInto(const TrashFolder& trash, int folder, const std::string& name,
+             const std::string& realPath, const ItemIdentity& item,
              const std::function<void(const TrashClaim&)>& claimed, std::string& trashedPath) {
     std::string recorded = realPath;
     if (!trash.pathPrefix.empty()) {
@@ -198,7 +194,7 @@ int moveInto(const TrashFolder& trash, const std::string& path, const std::strin
             }
             return error;
         }
-        const int error = renameNoReplace(path, target);
+        const int error = renameNoReplaceAt(folder, name, AT_FDCWD, target);
         if (error == EEXIST) {
             unlink(infoPath.c_str()); // a stray item without its info holds the name
             continue;
@@ -234,52 +230,55 @@ std::string trashInfoEscaped(const std::string& path) {
     return escaped;
 }
 
-TrashOutcome moveToTrash(const std::string& path,
-                         const std::function<void(const TrashClaim&)>& claimed) {
-    const auto split = splitPath(path);
-    if (!split) {
-        return {std::nullopt, fileErrorFromNumber(EINVAL)};
+TrashOutcome moveToTrashAt(const PinnedFolder& folder, const std::string& name,
+                           const std::function<void(const TrashClaim&)>& claimed) {
+    if (!folder.isOpen()) {
+        return {std::nullopt, folder.error()};
     }
-    struct stat item {};
-    if (lstat(path.c_str(), &item) != 0) {
+    const auto item = identityAt(folder.descriptor(), name);
+    struct stat itemStat {};
+    if (!item || fstatat(folder.descriptor(), name.c_str(), &itemStat, AT_SYMLINK_NOFOLLOW) != 0) {
         return {std::nullopt, fileErrorFromNumber(errno)};
     }
-    // The item lives on its folder's filesystem (the item itself may be a mount point).
-    char* resolved = realpath(split->parent.c_str(), nullptr);
-    if (resolved == nullptr) {
-        return {std::nullopt, fileErrorFromNumber(errno)};
+    if (item->mount != folder.identity().mount) {
+        return {std::nullopt, mountPointError()};
     }
-    const std::string realParent = resolved;
-    std::free(resolved);
-    struct stat parent {};
-    if (stat(realParent.c_str(), &parent) != 0) {
-        return {std::nullopt, fileErrorFromNumber(errno)};
+    const auto realFolder = folder.currentPath();
+    if (!realFolder) {
+        return {std::nullopt, fileErrorFromNumber(ENOENT)};
     }
-    const std::string realPath = joined(realParent, split->name);
-    const ItemIdentity identity{item.st_dev, item.st_ino, item.st_size};
-
-    std::string trashedPath;
-    if (const auto home = homeTrash(parent.st_dev)) {
-        const int error =
-            moveInto(*home, path, realPath, split->name, identity, claimed, trashedPath);
-        if (error == 0) {
-            return {trashedPath, std::nullopt, identity};
-        }
-        if (error != EXDEV) {
-            return {std::nullopt, fileErrorFromNumber(error)};
-        }
-        // The same filesystem, mounted a second time: the trash at the top of this mount.
+    int homeError = 0;
+    std::optional<TrashFolder> trash = homeTrash(folder.identity(), homeError);
+    if (homeError == ELOOP) {
+        return {std::nullopt, FileError{FileErrorKind::other,
+                                        "The Trash folder is a link, and Dorvik won't follow it."}};
     }
-    const auto own = topTrash(topFolder(realParent, parent.st_dev));
-    if (!own) {
+    if (homeError != 0) {
+        return {std::nullopt, fileErrorFromNumber(homeError)};
+    }
+    if (!trash) {
+        trash = topTrash(topFolder(*realFolder, folder.identity()));
+    }
+    if (!trash) {
         return {std::nullopt, fileErrorFromNumber(EACCES)};
     }
-    if (const int error =
-            moveInto(*own, path, realPath, split->name, identity, claimed, trashedPath);
-        error != 0) {
+    const ItemIdentity identity{itemStat.st_dev, itemStat.st_ino, itemStat.st_size};
+    std::string trashedPath;
+    const int error = moveInto(*trash, folder.descriptor(), name, joined(*realFolder, name),
+                               identity, claimed, trashedPath);
+    if (error != 0) {
         return {std::nullopt, fileErrorFromNumber(error)};
     }
     return {trashedPath, std::nullopt, identity};
+}
+
+TrashOutcome moveToTrash(const std::string& path,
+                         const std::function<void(const TrashClaim&)>& claimed) {
+    const auto split = splitItemPath(path);
+    if (!split) {
+        return {std::nullopt, fileErrorFromNumber(EINVAL)};
+    }
+    return moveToTrashAt(PinnedFolder(split->folder), split->name, claimed);
 }
 
 } // namespace dorvik::platform

@@ -9,6 +9,7 @@
 
 #include "platform/FileError.h"
 #include "platform/ItemIdentity.h"
+#include "platform/PinnedFolder.h"
 
 #include <functional>
 #include <optional>
@@ -31,10 +32,17 @@ struct TrashClaim {
     ItemIdentity item;
 };
 
-// Moves the item at `path` (a file, a link or a whole folder; a link is moved, never followed)
-// into the Trash of its filesystem. Nothing is copied: an item whose filesystem has no usable
-// trash is a failure. `claimed` is called for each name tried, before its ".trashinfo" is
-// written, so that a caller can note it somewhere a kill cannot erase.
+// Moves the entry `name` of the pinned folder (a file, a link or a whole folder; a link is moved,
+// never followed) into the Trash of its mount: the home trash when the item lies on the home
+// trash's mount, else the trash at the top of the item's own mount (a bind mount's top is its
+// mount point). Nothing is copied. A mount point is refused, and so is a home trash that is a
+// link: it is neither followed nor bypassed. `claimed` is called for each name tried, before its
+// ".trashinfo" is written, so that a caller can note it somewhere a kill cannot erase.
+TrashOutcome moveToTrashAt(const PinnedFolder& folder, const std::string& name,
+                           const std::function<void(const TrashClaim&)>& claimed = {});
+
+// The same for an absolute path, whose folder is pinned first: a link in the folders above the
+// item is refused.
 TrashOutcome moveToTrash(const std::string& path,
                          const std::function<void(const TrashClaim&)>& claimed = {});
 

@@ -1,6 +1,7 @@
 #include "platform/TrashRestore.h"
 
 #include "platform/ApplicationSupport.h"
+#include "platform/FileSystem.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -220,21 +221,6 @@ std::optional<FileError> openFolderCreating(const std::string& folder, Descripto
     }
     result = std::move(current);
     return std::nullopt;
-}
-
-int renameNoReplaceAt(int fromFolder, const std::string& from, int toFolder,
-                      const std::string& to) {
-    if (renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) {
-        return 0;
-    }
-    if (errno != EINVAL) {
-        return errno;
-    }
-    struct stat st {};
-    if (fstatat(toFolder, to.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) {
-        return EEXIST;
-    }
-    return renameat(fromFolder, from.c_str(), toFolder, to.c_str()) == 0 ? 0 : errno;
 }
 
 } // namespace

@@ -1,11 +1,14 @@
 #include "removal/DeletionEngine.h"
 
+#include "platform/PinnedFolder.h"
 #include "platform/RemoveItem.h"
 #include "platform/Trash.h"
 #include "removal/HistoryJournal.h"
 #include "removal/SafetyRules.h"
 #include "system/Dates.h"
 #include "system/Uuid.h"
+
+#include <cerrno>
 
 namespace dorvik::DeletionEngine {
 
@@ -14,7 +17,11 @@ namespace {
 constexpr std::string_view noPermission =
     "No permission. It may need Full Disk Access, or it belongs to another user.";
 constexpr std::string_view noLongerExists = "No longer exists.";
-constexpr std::string_view inUse = "Protected by macOS or in use.";
+constexpr std::string_view inUse = "In use. Quit the app that uses it, then try again.";
+constexpr std::string_view mountedHere =
+    "Another disk or folder is mounted here. It was left alone.";
+constexpr std::string_view movedMeanwhile =
+    "A folder above it was moved or replaced while it was checked. Nothing was touched.";
 
 DeletionFailure failure(const std::string& path, std::string reason) {
     return DeletionFailure{Uuid::make(), path, std::move(reason)};
@@ -30,27 +37,62 @@ std::string failureReason(const platform::FileError& error) {
         return std::string(noLongerExists);
     case platform::FileErrorKind::inUse:
         return std::string(inUse);
+    case platform::FileErrorKind::mountPoint:
+        return std::string(mountedHere);
     case platform::FileErrorKind::other:
         break;
     }
     return error.description;
 }
 
+namespace {
+
+// Why the folder that holds an item could not be held: a link put on the way, or a folder
+// replaced by something else, is a folder that moved; the rest in the usual words.
+std::string pinFailureReason(const platform::FileError& error, int errorNumber) {
+    if (errorNumber == ELOOP || errorNumber == ENOTDIR) {
+        return std::string(movedMeanwhile);
+    }
+    return failureReason(error);
+}
+
+} // namespace
+
 DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal* journal) {
     DeletionOutcome outcome;
     DeletionReport& report = outcome.report;
     for (const DeletionRequest& request : requests) {
+        // The folder that holds the item is held before it is judged, reached without following
+        // any link; whatever happens to the path afterwards, the removal acts inside that folder.
+        const auto split = platform::splitItemPath(request.path);
+        const platform::PinnedFolder folder(split ? split->folder : std::string());
+
         // The last word: an application started since the plan was shown is protected now.
         SafetyVerdict verdict = SafetyRules::verdict(request.path);
         if (verdict.risk == Risk::protected_) {
             report.skippedProtected.push_back(failure(request.path, std::move(verdict.reason)));
             continue;
         }
+        if (!split) {
+            report.failures.push_back(
+                failure(request.path, failureReason(platform::fileErrorFromNumber(EINVAL))));
+            continue;
+        }
+        if (!folder.isOpen()) {
+            report.failures.push_back(
+                failure(request.path, pinFailureReason(*folder.error(), folder.errorNumber())));
+            continue;
+        }
+        // What was judged is the folder the path leads to now: it must be the one held.
+        if (!folder.stillAt(split->folder)) {
+            report.failures.push_back(failure(request.path, std::string(movedMeanwhile)));
+            continue;
+        }
         HistoryEntry entry{Uuid::make(), Dates::now(), request.path, std::nullopt,
                            request.size, false,        std::nullopt};
         if (request.removal == Removal::trash) {
-            platform::TrashOutcome trashed =
-                platform::moveToTrash(request.path, [&](const platform::TrashClaim& claim) {
+            platform::TrashOutcome trashed = platform::moveToTrashAt(
+                folder, split->name, [&](const platform::TrashClaim& claim) {
                     if (journal != nullptr) {
                         journal->claimed(entry, claim);
                     }
@@ -63,8 +105,12 @@ DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal
             entry.trashPath = std::move(trashed.trashedPath);
             entry.trashedItem = trashed.item;
         } else {
-            if (const auto error = platform::removeItem(request.path)) {
-                report.failures.push_back(failure(request.path, failureReason(*error)));
+            const platform::RemovalResult removed = platform::removeItemAt(folder, split->name);
+            if (removed.error) {
+                report.failures.push_back(failure(request.path, failureReason(*removed.error)));
+                if (removed.partlyRemoved) {
+                    report.partlyDeletedPaths.push_back(request.path);
+                }
                 continue;
             }
             report.freed += request.size;

@@ -1,5 +1,6 @@
 #include "removal/DeletionPlan.h"
 
+#include "platform/ResolvedPath.h"
 #include "removal/SafetyRules.h"
 #include "system/Uuid.h"
 
@@ -26,10 +27,13 @@ bool hasAncestorIn(const std::set<std::string>& paths, const std::string& path) 
 
 } // namespace
 
-PlanItem makePlanItem(const std::string& path, int64_t size, Removal removal) {
+PlanItem makePlanItem(const std::string& givenPath, int64_t size, Removal removal) {
+    // The path the removal would act on, so that the user sees and the rules judge what would go.
+    std::string path = platform::withResolvedFolders(givenPath);
     const size_t slash = path.rfind('/');
     std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    return PlanItem{path, std::move(name), size, removal, SafetyRules::verdict(path)};
+    SafetyVerdict verdict = SafetyRules::verdict(path);
+    return PlanItem{std::move(path), std::move(name), size, removal, std::move(verdict)};
 }
 
 std::optional<DeletionPlan> makePlan(const std::vector<PlanItem>& items, std::string title) {
@@ -41,8 +45,10 @@ std::optional<DeletionPlan> makePlan(const std::vector<PlanItem>& items, std::st
         paths.insert(item.path);
     }
     DeletionPlan plan{Uuid::make(), std::move(title), {}};
+    std::set<std::string> planned;
     for (const PlanItem& item : items) {
-        if (!hasAncestorIn(paths, item.path)) {
+        // An item is its path: the same path again is the same item, listed and counted once.
+        if (!hasAncestorIn(paths, item.path) && planned.insert(item.path).second) {
             plan.items.push_back(item);
         }
     }

@@ -46,12 +46,13 @@ inline constexpr std::string_view deleteInstallers = "Delete installers";
 inline constexpr std::string_view deleteAppLeftovers = "Delete App Leftovers";
 } // namespace PlanTitles
 
-// An item for `path`, judged by the safety rules now. It is never left out for its risk: the user
-// sees what the program refuses.
+// An item for `path`, judged by the safety rules now. Its path is the one the removal would act
+// on: the folders above the last name resolved as the system resolves them (links, "..").
+// It is never left out for its risk: the user sees what the program refuses.
 PlanItem makePlanItem(const std::string& path, int64_t size, Removal removal);
 
-// A plan with a new id of the items that have no ancestor among the others, in their order, so
-// that nothing is counted or deleted twice. None for no items.
+// A plan with a new id of the items that have no ancestor among the others, in their order, each
+// path once, so that nothing is counted or deleted twice. None for no items.
 std::optional<DeletionPlan> makePlan(const std::vector<PlanItem>& items, std::string title);
 
 // The requests for what was confirmed: the safe items, and the review items only when the user

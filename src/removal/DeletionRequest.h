@@ -39,6 +39,8 @@ struct DeletionReport {
     std::vector<std::string> deletedPaths;         // all that went, either way, in request order
     std::vector<DeletionFailure> failures;         // what the file system refused
     std::vector<DeletionFailure> skippedProtected; // what the safety rules refused
+    // Failures of which a part went all the same (a folder emptied in part): not "nothing".
+    std::vector<std::string> partlyDeletedPaths;
 
     bool operator==(const DeletionReport&) const = default;
 };

@@ -3,7 +3,9 @@
 #include "cleaning/JunkCatalogue.h"
 #include "platform/Bundle.h"
 #include "platform/HomeDirectory.h"
+#include "platform/ResolvedPath.h"
 #include "platform/RunningApplications.h"
+#include "removal/ProtectedPlaces.h"
 #include "scanning/ScanPaths.h"
 
 #include <algorithm>
@@ -41,7 +43,7 @@ constexpr std::array<ProtectedPath, 23> systemPaths = {{
 
 // Where a Linux system keeps itself. The table above names the Mac's places; on Linux these are
 // their like, and the program must not be the tool that deletes them either.
-constexpr std::array<ProtectedPath, 17> linuxSystemPaths = {{
+constexpr std::array<ProtectedPath, 18> linuxSystemPaths = {{
     {"/etc", "System configuration."},
     {"/boot", "Kernel and boot loader. Deleting them can stop the computer from starting up."},
     {"/dev", "Live state of the running system."},
@@ -57,6 +59,7 @@ constexpr std::array<ProtectedPath, 17> linuxSystemPaths = {{
     {"/usr/include", "System headers."},
     {"/var/lib", "Data of the system's packages and services."},
     {"/var/spool", "Queued system work: mail, printing and scheduled jobs."},
+    {"/var/log", "System logs."},
     {"/snap", "Installed snap packages. Remove them with snap."},
     {"/lost+found", "Pieces recovered by a file system check."},
 }};
@@ -78,9 +81,6 @@ constexpr std::array<ProtectedPath, 13> homePaths = {{
     {"Library/CloudStorage", "Synced files (Dropbox, Google Drive, OneDrive\u2026). They would "
                              "also be deleted from the cloud."},
 }};
-
-// The one home row that asks for review rather than protecting.
-constexpr std::string_view reviewedHomePrefix = "Library/Preferences";
 
 constexpr std::array<std::string_view, 9> homeFolders = {
     "Desktop", "Documents", "Downloads", "Library",      "Movies",
@@ -158,12 +158,9 @@ SafetyVerdict applicationVerdict(std::string_view input, std::string_view path) 
     return answer(Risk::review, applicationReason);
 }
 
-} // namespace
-
-SafetyVerdict verdict(std::string_view input) {
-    // Judged without the data volume's prefix, as the user knows the path.
-    const std::string path = canonicalPath(input);
-    const std::string home = platform::homeDirectory();
+// The ordered steps over the text of `path`, with `home` as the home folder.
+SafetyVerdict textVerdict(std::string_view input, const std::string& path,
+                          const std::string& home) {
     const std::string homePrefix = home + "/";
 
     if (path == "/" || path == home || path == "/Users" || path == "/Applications" ||
@@ -232,6 +229,41 @@ SafetyVerdict verdict(std::string_view input) {
         return answer(Risk::review, "Personal file. Make sure you have a backup if it matters.");
     }
     return answer(Risk::review, "Review before deleting.");
+}
+
+// The ordered steps, then the places protected beyond them.
+SafetyVerdict judged(std::string_view input, const std::string& path, const std::string& home,
+                     const std::string& dataHome) {
+    SafetyVerdict answer = textVerdict(input, path, home);
+    if (answer.risk == Risk::protected_) {
+        return answer;
+    }
+    if (auto place = ProtectedPlaces::verdict(path, home, dataHome)) {
+        return *place;
+    }
+    return answer;
+}
+
+} // namespace
+
+SafetyVerdict verdict(std::string_view input) {
+    // Judged without the data volume's prefix, as the user knows the path.
+    const std::string path = canonicalPath(input);
+    const std::string home = platform::homeDirectory();
+    const std::string dataHome = platform::dataHomeDirectory();
+    SafetyVerdict asWritten = judged(input, path, home, dataHome);
+    if (asWritten.risk == Risk::protected_) {
+        return asWritten;
+    }
+    // The text may lead elsewhere: a link or ".." in the folders above the item, or a home folder
+    // reached through a link. What the system would act on is judged then, against the home
+    // folder where it really lies; the item itself is never followed.
+    const std::string actedOn = canonicalPath(platform::withResolvedFolders(path));
+    const std::string realHome = platform::resolvedPath(home);
+    if (actedOn == path && realHome == home) {
+        return asWritten;
+    }
+    return judged(actedOn, actedOn, realHome, platform::resolvedPath(dataHome));
 }
 
 std::span<const ProtectedPath> protectedSystemPaths() {

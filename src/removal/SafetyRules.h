@@ -12,10 +12,13 @@
 
 namespace dorvik::SafetyRules {
 
-// The verdict on an absolute path (no trailing slash by convention). The text is compared exactly,
-// case-sensitive; no link is followed and nothing is made canonical beyond taking off the data
-// volume's prefix. The file system is read only for a path ending in ".app": its Info.plist, and
-// then the list of running applications. Reads the home folder afresh each time; any thread.
+// The verdict on an absolute path (no trailing slash by convention). The ordered steps compare the
+// text exactly, case-sensitive, after taking off the data volume's prefix; the places protected
+// beyond them (Linux's private and shared places, other people's homes, every folder that holds a
+// protected place) are asked next. When the folders above the item or the home folder lead
+// elsewhere through a link or "..", the path the system would act on is judged too, against the
+// home folder's real path, and the text can then only protect more. The item itself is never
+// followed. Reads the home folder afresh each time; any thread.
 SafetyVerdict verdict(std::string_view path);
 
 struct ProtectedPath {
@@ -30,8 +33,9 @@ std::span<const ProtectedPath> protectedSystemPaths();
 std::span<const ProtectedPath> protectedLinuxSystemPaths();
 
 // Paths relative to the home folder, searched in this order. Protected, except the one that
-// starts with "Library/Preferences", which asks for review.
+// starts with `reviewedHomePrefix`, which asks for review.
 std::span<const ProtectedPath> protectedHomePaths();
+inline constexpr std::string_view reviewedHomePrefix = "Library/Preferences";
 
 // Folders directly in the home folder that stay, though their contents may go.
 std::span<const std::string_view> standardHomeFolders();

@@ -5,9 +5,13 @@
 
 namespace dorvik {
 
-Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry>& entries) {
+Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry>& entries,
+                    FailureDetails failureDetails) {
     Toast toast{Uuid::make(), "", std::nullopt, {}};
-    if (report.deletedPaths.empty()) {
+    if (report.deletedPaths.empty() && !report.partlyDeletedPaths.empty()) {
+        toast.message =
+            std::to_string(report.partlyDeletedPaths.size()) + " item(s) only partly deleted";
+    } else if (report.deletedPaths.empty()) {
         toast.message = "Nothing was deleted";
     } else if (report.freed >= 1 && report.movedToTrash >= 1) {
         toast.message = TextForms::size(report.freed) + " freed \u00B7 " +
@@ -20,7 +24,9 @@ Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry
     const size_t refused = report.failures.size() + report.skippedProtected.size();
     if (refused >= 1) {
         toast.detail =
-            std::to_string(refused) + " item(s) couldn't be deleted. Details in History.";
+            std::to_string(refused) + (failureDetails == FailureDetails::inHistory
+                                           ? " item(s) couldn't be deleted. Details in History."
+                                           : " item(s) couldn't be deleted:");
     }
     for (const HistoryEntry& entry : entries) {
         if (entry.trashPath) {

@@ -24,9 +24,14 @@ struct Toast {
 // How long a toast stays up unless something replaces or closes it.
 inline constexpr std::chrono::seconds toastDuration{8};
 
+// Where the user finds the reasons for what was refused: the History page keeps the last run's
+// failures; a terminal lists them right below the toast's lines.
+enum class FailureDetails { inHistory, listedBelow };
+
 // After a run: what was freed and what went to the Trash, kept apart; how many items were
 // refused; and the run's trashed entries to undo.
-Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry>& entries);
+Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry>& entries,
+                    FailureDetails failureDetails = FailureDetails::inHistory);
 
 // After an undo: how many came back, zero included. Undo has no error message.
 Toast undoToast(int restoredCount);

@@ -160,6 +160,27 @@ TEST_F(JunkFinderTest, MissingAndUnreadableFoldersFindNothing) {
     EXPECT_EQ(test::runUnprivileged<int64_t>(itemCount), 0);
 }
 
+// A rule's folder that is a link, or lies below one, leads out of the place the rule names: it
+// finds nothing, so that nothing out there is ever cleaned.
+TEST_F(JunkFinderTest, ARuleFolderThatIsALinkOrBelowOneFindsNothing) {
+    test::writeFile(dir / "elsewhere/caches/com.example/a", 20000);
+    test::makeFolder(at("Library"));
+    test::makeSymlink(dir / "elsewhere/caches", at("Library/Caches"));
+    EXPECT_TRUE(JunkFinder::evaluate(rule("user-caches"), now).items.empty());
+
+    test::writeFile(dir / "elsewhere/xcode/DerivedData/App-abc/index", 20000);
+    test::makeSymlink(dir / "elsewhere/xcode", at("Library/Developer"));
+    EXPECT_TRUE(JunkFinder::evaluate(rule("xcode-derived"), now).items.empty());
+
+    // The home folder itself may be reached through a link: its items are named by its real path.
+    test::writeFile(dir / "Users/real/.npm/_cacache/index-v5/a", 20000);
+    test::makeSymlink(dir / "Users/real", dir / "Users/linked");
+    test::ScopedEnvironment linkedHome("HOME", dir / "Users/linked");
+    const JunkFinding npm = JunkFinder::evaluate(rule("npm-cache"), now);
+    ASSERT_EQ(npm.items.size(), 1u);
+    EXPECT_EQ(npm.items[0].url, dir / "Users/real/.npm/_cacache/index-v5");
+}
+
 TEST_F(JunkFinderTest, FindAllKeepsRulesWithItemsLargestTotalFirst) {
     test::writeFile(at("Library/Caches/com.example/a"), 200000);
     test::writeFile(at(".Trash/Old.pdf"), 500000);

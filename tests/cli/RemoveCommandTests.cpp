@@ -1,6 +1,7 @@
 // dorvik-cli remove, history and undo end to end, in a home and data folder of the test's own.
 
 #include "cli/CliRun.h"
+#include "support/ScratchMount.h"
 #include "support/TestHome.h"
 #include "system/TextForms.h"
 
@@ -116,6 +117,43 @@ TEST_F(RemoveCommandTest, RefusalsAndBadWords) {
     }
     EXPECT_TRUE(test::entryExists(home + "/notes.txt"));
     EXPECT_TRUE(test::entryExists(home + "/Documents"));
+}
+
+// The paths given are those the system would act on: ".." after a link goes up from the link's
+// target, and one item named twice is one item.
+TEST_F(RemoveCommandTest, PathsAreResolvedAsTheSystemResolvesThem) {
+    test::writeText(dir / "work/real/deep/old.txt", "deep");
+    test::writeText(dir / "work/old.txt", "shallow");
+    test::makeFolder(dir / "work/real/deep/dir");
+    test::makeSymlink(dir / "work/real/deep/dir", dir / "work/lnk");
+    const std::string viaLink = shellQuoted(dir / "work/lnk/../old.txt");
+    const CliRun done = run("remove --yes --include-review --permanent " + viaLink + " " + viaLink +
+                            " " + shellQuoted(dir / "work/real/deep/old.txt"));
+    EXPECT_EQ(done.status, 0) << done.out;
+    EXPECT_EQ(test::readText(dir / "work/old.txt"), "shallow");
+    EXPECT_FALSE(test::entryExists(dir / "work/real/deep/old.txt"));
+    EXPECT_NE(done.out.find("\nReview: 1 \u00B7 "), std::string::npos) << done.out;
+    EXPECT_NE(done.out.find(dir / "work/real/deep/old.txt  ("), std::string::npos) << done.out;
+    EXPECT_EQ(history().size(), 1u);
+}
+
+// The terminal lists what was refused right there; the history keeps no failures to look up.
+TEST_F(RemoveCommandTest, RefusalsAreListedWhereTheyAreTold) {
+    test::writeText(home + "/Downloads/source/keep.txt", "kept");
+    test::ScratchMount bound(home + "/Downloads/bound",
+                             test::ScratchMount::BindOf{home + "/Downloads/source"});
+    if (!bound.mounted()) {
+        GTEST_SKIP() << bound.whyNot();
+    }
+    const CliRun done = run("remove --yes --permanent " + quoted("Downloads/bound") + " " +
+                            quoted("Downloads/movie.mkv"));
+    EXPECT_EQ(done.status, 1) << done.out;
+    EXPECT_NE(done.out.find("1 item(s) couldn't be deleted:\n  ~/Downloads/bound: Another disk "
+                            "or folder is mounted here. It was left alone.\n"),
+              std::string::npos)
+        << done.out;
+    EXPECT_EQ(done.out.find("Details in History"), std::string::npos) << done.out;
+    EXPECT_EQ(test::readText(home + "/Downloads/source/keep.txt"), "kept");
 }
 
 TEST_F(RemoveCommandTest, OnATerminalTheUserIsAsked) {

@@ -8,8 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace dorvik {
 namespace {
@@ -126,14 +129,76 @@ TEST(RemoveItem, AFilesystemMountedInsideIsLeftAlone) {
 
     const auto error = removeItem(dir / "victim");
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->kind, FileErrorKind::inUse);
+    EXPECT_EQ(error->kind, FileErrorKind::mountPoint);
     EXPECT_TRUE(test::entryExists(dir / "victim/mounted/other-filesystem.txt"));
     EXPECT_FALSE(test::entryExists(dir / "victim/own.txt"));
     // The mount point itself is no folder to empty either.
     const auto again = removeItem(dir / "victim/mounted");
     ASSERT_TRUE(again);
-    EXPECT_EQ(again->kind, FileErrorKind::inUse);
+    EXPECT_EQ(again->kind, FileErrorKind::mountPoint);
     EXPECT_TRUE(test::entryExists(dir / "victim/mounted/other-filesystem.txt"));
+}
+
+TEST(RemoveItem, ABindMountIsNeverCrossedWhateverItsDevice) {
+    test::TempDir dir;
+    test::writeFile(dir / "source/inner/keep.txt", 100);
+    test::writeFile(dir / "other/keep.txt", 100);
+    test::writeFile(dir / "victim/own.txt", 100);
+    // Two more views of folders on the same filesystem: one inside the folder removed, one that
+    // is itself the item removed. The device numbers all agree; only the mounts differ.
+    test::ScratchMount inside(dir / "victim/bound", test::ScratchMount::BindOf{dir / "source"});
+    if (!inside.mounted()) {
+        GTEST_SKIP() << inside.whyNot();
+    }
+    test::ScratchMount item(dir / "item", test::ScratchMount::BindOf{dir / "other"});
+    ASSERT_TRUE(item.mounted()) << item.whyNot();
+
+    const auto error = removeItem(dir / "victim");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->kind, FileErrorKind::mountPoint);
+    EXPECT_TRUE(test::entryExists(dir / "source/inner/keep.txt"));
+    EXPECT_TRUE(test::entryExists(dir / "victim/bound/inner/keep.txt"));
+    EXPECT_FALSE(test::entryExists(dir / "victim/own.txt"));
+
+    const auto refused = removeItem(dir / "item");
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->kind, FileErrorKind::mountPoint);
+    EXPECT_TRUE(test::entryExists(dir / "other/keep.txt"));
+}
+
+// A chain of `depth` folders under `top`, each named "d", with a file at the bottom. Made relative
+// to each folder's descriptor: the whole path is far longer than a path may be.
+void makeDeepChain(const std::string& top, int depth) {
+    test::makeFolder(top);
+    int fd = open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_GE(fd, 0);
+    for (int level = 0; level < depth; ++level) {
+        ASSERT_EQ(mkdirat(fd, "d", 0755), 0);
+        const int inner = openat(fd, "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        close(fd);
+        ASSERT_GE(inner, 0);
+        fd = inner;
+    }
+    const int file = openat(fd, "bottom.txt", O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    EXPECT_GE(file, 0);
+    close(file);
+    close(fd);
+}
+
+TEST(RemoveItem, AnyDepthWithFewDescriptors) {
+    test::TempDir dir;
+    makeDeepChain(dir / "deep", 3000);
+    test::writeFile(dir / "deep/beside.txt", 10);
+    // Far fewer descriptors than levels: one per level cannot work.
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    rlimit low = before;
+    low.rlim_cur = 256;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &low), 0);
+    const auto error = removeItem(dir / "deep");
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(error, std::nullopt) << error->description;
+    EXPECT_FALSE(test::entryExists(dir / "deep"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "platform/Trash.h"
 #include "platform/TrashRestore.h"
+#include "support/Environment.h"
 #include "support/ScratchMount.h"
 #include "support/TempDir.h"
 #include "support/TestHome.h"
@@ -122,6 +123,16 @@ TEST_F(TrashTest, ALongNameIsCutToLeaveRoomForItsInfo) {
     EXPECT_TRUE(test::entryExists(info + "/" + trashedName + ".trashinfo"));
 }
 
+TEST_F(TrashTest, ANameTooLongForItsExtensionStaysVisible) {
+    // One letter and a 251-byte extension: cutting the stem alone would leave a hidden name.
+    const std::string name = "n." + std::string(251, 'e');
+    test::writeText(dir / "home/" + name, "x");
+    const std::string trashedName = fs::path(trash(dir / "home/" + name)).filename();
+    EXPECT_LE(trashedName.size() + 10, 255u);
+    EXPECT_TRUE(trashedName.starts_with("n.e")) << trashedName;
+    EXPECT_TRUE(test::entryExists(info + "/" + trashedName + ".trashinfo"));
+}
+
 TEST_F(TrashTest, ALinkIsTrashedItselfAndAMissingItemIsAFailure) {
     test::writeText(dir / "home/target.txt", "kept");
     test::makeSymlink(dir / "home/target.txt", dir / "home/link");
@@ -185,6 +196,53 @@ TEST_F(TrashTest, AnotherFilesystemHasItsOwnTrashAtItsTop) {
     EXPECT_EQ(trash(dir / "volume/photos/dog.jpg"),
               dir / "volume/.Trash/" + uid + "/files/dog.jpg");
     EXPECT_TRUE(test::entryExists(dir / "volume/.Trash/" + uid + "/info/dog.jpg.trashinfo"));
+}
+
+// Both cases run on a scratch filesystem of their own, so that a trash made at the wrong top
+// lands inside the test's folder, never at the top of the machine's own filesystem.
+TEST_F(TrashTest, ABindMountOfTheSameFilesystemUsesTheTrashAtItsOwnTop) {
+    test::ScratchMount volume(dir / "volume");
+    if (!volume.mounted()) {
+        GTEST_SKIP() << volume.whyNot();
+    }
+    test::makeFolder(dir / "volume/source");
+    test::ScratchMount bound(dir / "volume/mounted",
+                             test::ScratchMount::BindOf{dir / "volume/source"});
+    ASSERT_TRUE(bound.mounted()) << bound.whyNot();
+    const std::string uid = std::to_string(geteuid());
+    test::writeText(dir / "volume/mounted/photos/cat.jpg", "meow");
+    const std::string trashed = trash(dir / "volume/mounted/photos/cat.jpg");
+    // The mount is the top: nothing is made above it, at the filesystem's own top.
+    const std::string own = dir / "volume/mounted/.Trash-" + uid;
+    EXPECT_EQ(trashed, own + "/files/cat.jpg");
+    EXPECT_EQ(test::readText(trashed), "meow");
+    const std::string infoText = test::readText(own + "/info/cat.jpg.trashinfo");
+    EXPECT_TRUE(infoText.starts_with("[Trash Info]\nPath=photos/cat.jpg\n")) << infoText;
+    EXPECT_FALSE(test::entryExists(dir / "volume/.Trash-" + uid));
+}
+
+TEST_F(TrashTest, AHomeTrashThatIsALinkIsRefusedNotBypassed) {
+    test::ScratchMount volume(dir / "volume");
+    if (!volume.mounted()) {
+        GTEST_SKIP() << volume.whyNot();
+    }
+    const std::string ownHome = dir / "volume/home";
+    const std::string ownData = dir / "volume/data";
+    test::ScopedEnvironment homeVariable("HOME", ownHome);
+    test::ScopedEnvironment dataVariable("XDG_DATA_HOME", ownData);
+    test::makeFolder(dir / "volume/elsewhere/files");
+    test::makeFolder(dir / "volume/elsewhere/info");
+    test::makeFolder(ownData);
+    test::makeSymlink(dir / "volume/elsewhere", ownData + "/Trash");
+    test::writeText(ownHome + "/notes.txt", "mine");
+
+    const platform::TrashOutcome outcome = moveToTrash(ownHome + "/notes.txt");
+    ASSERT_TRUE(outcome.error);
+    EXPECT_FALSE(outcome.trashedPath);
+    // Not through the link, nor to the trash at the top of the filesystem instead.
+    EXPECT_EQ(test::readText(ownHome + "/notes.txt"), "mine");
+    EXPECT_TRUE(fs::is_empty(dir / "volume/elsewhere/files"));
+    EXPECT_FALSE(test::entryExists(dir / "volume/.Trash-" + std::to_string(geteuid())));
 }
 
 } // namespace

@@ -5,17 +5,21 @@
 #include "removal/DeletionPlan.h"
 #include "support/Bundles.h"
 #include "support/ChildProcess.h"
+#include "support/ScratchMount.h"
 #include "support/TestHome.h"
 #include "support/Unprivileged.h"
 #include "system/Dates.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <iostream>
 #include <set>
 #include <sys/stat.h>
+#include <thread>
 
 namespace dorvik {
 namespace {
@@ -23,6 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string noLongerExists = "No longer exists.";
+const std::string mountedHere = "Another disk or folder is mounted here. It was left alone.";
 const std::string noPermission =
     "No permission. It may need Full Disk Access, or it belongs to another user.";
 
@@ -192,6 +197,81 @@ TEST_F(DeletionEngineTest, AFolderSwappedForALinkAfterThePlanLosesOnlyTheLink) {
     }
 }
 
+// The folder above the item is swapped for a link to other data, over and over, while the engine
+// runs. Whatever the timing, the engine acts on the folder it judged or on nothing.
+TEST_F(DeletionEngineTest, AFolderAboveSwappedDuringTheRunNeverLeadsElsewhere) {
+    const std::string box = dir / "box";
+    const std::string precious = dir / "precious";
+    constexpr int runs = 500;
+    int removed = 0;
+    int refused = 0;
+    int losses = 0;
+    for (int run = 0; run < runs; ++run) {
+        fs::remove_all(box);
+        for (int file = 0; file < 8; ++file) {
+            test::writeFile(box + "/par/cache/f" + std::to_string(file), 100);
+        }
+        if (!test::entryExists(precious + "/cache/keep.txt")) {
+            test::writeText(precious + "/cache/keep.txt", "precious");
+        }
+        const DeletionRequest request = makeDeletionRequest(
+            box + "/par/cache", 1, run % 2 == 0 ? Removal::permanent : Removal::trash);
+        std::atomic<bool> stop = false;
+        std::thread swapper([&] {
+            std::error_code ignored;
+            while (!stop) {
+                fs::rename(box + "/par", box + "/par.real", ignored);
+                fs::create_directory_symlink(precious, box + "/par", ignored);
+                fs::remove(box + "/par", ignored);
+                fs::rename(box + "/par.real", box + "/par", ignored);
+            }
+        });
+        const DeletionOutcome outcome = DeletionEngine::run({request});
+        stop = true;
+        swapper.join();
+        if (test::readText(precious + "/cache/keep.txt") != "precious") {
+            ++losses;
+        }
+        removed += static_cast<int>(outcome.report.deletedPaths.size());
+        refused += static_cast<int>(outcome.report.failures.size());
+    }
+    RecordProperty("runs", runs);
+    RecordProperty("removed", removed);
+    RecordProperty("refused", refused);
+    RecordProperty("losses", losses);
+    std::cout << runs << " runs: " << removed << " removed, " << refused << " refused, " << losses
+              << " lost\n";
+    EXPECT_EQ(losses, 0);
+    EXPECT_EQ(removed + refused, runs);
+    EXPECT_GT(removed, 0);
+}
+
+TEST_F(DeletionEngineTest, AMountPointIsRefusedAndOneInsideIsLeftAlone) {
+    const std::string source = home + "/Downloads/source";
+    test::writeFile(source + "/keep.txt", 100);
+    test::writeFile(home + "/Downloads/folder/own.txt", 100);
+    test::ScratchMount inside(home + "/Downloads/folder/bound", test::ScratchMount::BindOf{source});
+    if (!inside.mounted()) {
+        GTEST_SKIP() << inside.whyNot();
+    }
+    test::ScratchMount item(home + "/Downloads/bound", test::ScratchMount::BindOf{source});
+    ASSERT_TRUE(item.mounted()) << item.whyNot();
+    const DeletionOutcome outcome = DeletionEngine::run({
+        request(home + "/Downloads/folder", 10, Removal::permanent),
+        request(home + "/Downloads/bound", 10, Removal::permanent),
+        request(home + "/Downloads/bound", 10, Removal::trash),
+    });
+    EXPECT_TRUE(outcome.report.deletedPaths.empty());
+    ASSERT_EQ(outcome.report.failures.size(), 3u);
+    for (const DeletionFailure& failure : outcome.report.failures) {
+        EXPECT_EQ(failure.reason, mountedHere) << failure.path;
+    }
+    EXPECT_EQ(outcome.report.partlyDeletedPaths,
+              std::vector<std::string>{home + "/Downloads/folder"});
+    EXPECT_TRUE(test::entryExists(source + "/keep.txt"));
+    EXPECT_FALSE(test::entryExists(home + "/Downloads/folder/own.txt"));
+}
+
 // What the unprivileged run reported, in plain data.
 struct LockedRun {
     int64_t freed;
@@ -199,6 +279,7 @@ struct LockedRun {
     size_t failures;
     char reason[160];
     bool folderStays;
+    size_t partly;
 };
 
 TEST_F(DeletionEngineTest, AFolderThatCannotBeRemovedCompletelyIsAFailure) {
@@ -214,11 +295,9 @@ TEST_F(DeletionEngineTest, AFolderThatCannotBeRemovedCompletelyIsAFailure) {
             request(folder, 700, Removal::permanent),
             request(home + "/Downloads/free.txt", 5, Removal::permanent),
         });
-        LockedRun run{outcome.report.freed,
-                      outcome.report.deletedPaths.size(),
-                      outcome.report.failures.size(),
-                      {},
-                      test::entryExists(folder)};
+        LockedRun run{outcome.report.freed,           outcome.report.deletedPaths.size(),
+                      outcome.report.failures.size(), {},
+                      test::entryExists(folder),      outcome.report.partlyDeletedPaths.size()};
         if (!outcome.report.failures.empty()) {
             std::strncpy(run.reason, outcome.report.failures[0].reason.c_str(),
                          sizeof run.reason - 1);
@@ -231,6 +310,7 @@ TEST_F(DeletionEngineTest, AFolderThatCannotBeRemovedCompletelyIsAFailure) {
     EXPECT_EQ(seen->failures, 1u);
     EXPECT_EQ(std::string(seen->reason), noPermission);
     EXPECT_TRUE(seen->folderStays);
+    EXPECT_EQ(seen->partly, 1u); // mine.txt went
 }
 
 TEST(DeletionEngine, FailuresInWords) {
@@ -241,7 +321,9 @@ TEST(DeletionEngine, FailuresInWords) {
     } cases[] = {
         {{FileErrorKind::noSuchFile, "No such file or directory"}, noLongerExists},
         {{FileErrorKind::noPermission, "Permission denied"}, noPermission},
-        {{FileErrorKind::inUse, "Device or resource busy"}, "Protected by macOS or in use."},
+        {{FileErrorKind::inUse, "Device or resource busy"},
+         "In use. Quit the app that uses it, then try again."},
+        {{FileErrorKind::mountPoint, "Device or resource busy"}, mountedHere},
         {{FileErrorKind::other, "Directory not empty"}, "Directory not empty"},
     };
     for (const auto& c : cases) {

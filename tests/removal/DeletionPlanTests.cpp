@@ -4,6 +4,7 @@
 #include "removal/PlanTexts.h"
 #include "removal/Toast.h"
 #include "support/Environment.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,8 @@ TEST(DeletionPlan, ChildrenOfItemsInThePlanAreLeftOut) {
         {{"/u/a", "/u/a/b", "/u/a/b/c", "/u/z"}, {"/u/a", "/u/z"}},
         {{"/u/ab", "/u/a", "/u/a.txt"}, {"/u/ab", "/u/a", "/u/a.txt"}},
         {{"/u/x/deep/er", "/u/y", "/u/x"}, {"/u/y", "/u/x"}},
-        {{"/u/same", "/u/same"}, {"/u/same", "/u/same"}},
+        // the same path twice is one item, listed and counted once
+        {{"/u/same", "/u/other", "/u/same"}, {"/u/same", "/u/other"}},
     };
     for (const auto& c : cases) {
         std::vector<PlanItem> items;
@@ -62,6 +64,35 @@ TEST(DeletionPlan, ItemsCarryTheVerdictOfTheirPath) {
     EXPECT_EQ(makePlanItem("/System/Library", 1, Removal::trash).verdict.risk, Risk::protected_);
     EXPECT_EQ(makePlanItem("/Users/me/notes.txt", 1, Removal::permanent).removal,
               Removal::permanent);
+}
+
+// ".." after a link leads where the system goes: into the link's target's parent, not back
+// along the text. The plan names, and the verdict judges, the path the removal would act on.
+TEST(DeletionPlan, ItemsNameThePathTheSystemWouldActOn) {
+    test::TempDir dir;
+    test::ScopedEnvironment home("HOME", dir / "home");
+    test::writeText(dir / "real/deep/old.txt", "deep");
+    test::writeText(dir / "real/old.txt", "shallow");
+    test::makeFolder(dir / "real/deep/dir");
+    test::makeSymlink(dir / "real/deep/dir", dir / "lnk");
+    test::makeSymlink(dir / "real/deep", dir / "item-link");
+    const struct {
+        std::string given;
+        std::string planned;
+    } cases[] = {
+        {dir / "lnk/../old.txt", dir / "real/deep/old.txt"},
+        {dir / "real/./deep//old.txt", dir / "real/deep/old.txt"},
+        {dir / "real/deep/../old.txt", dir / "real/old.txt"},
+        {dir / "lnk/../dir", dir / "real/deep/dir"},
+        // the item itself is not followed
+        {dir / "item-link", dir / "item-link"},
+        {dir / "real/missing/../x", dir / "real/x"},
+    };
+    for (const auto& c : cases) {
+        const PlanItem planned = makePlanItem(c.given, 1, Removal::trash);
+        EXPECT_EQ(planned.path, c.planned) << c.given;
+        EXPECT_EQ(planned.name, c.planned.substr(c.planned.rfind('/') + 1)) << c.given;
+    }
 }
 
 TEST(DeletionPlan, OnlyWhatWasConfirmedBecomesARequest) {
@@ -154,6 +185,17 @@ TEST(Toast, AfterARunTheFiguresStayApart) {
         EXPECT_EQ(toast.detail, c.detail);
         EXPECT_TRUE(toast.undoable.empty());
     }
+    // A folder that went in part is not "nothing".
+    DeletionReport partial;
+    partial.failures = {refused, refused};
+    partial.partlyDeletedPaths = {"/x"};
+    const Toast partialToast = deletionToast(partial, {});
+    EXPECT_EQ(partialToast.message, "1 item(s) only partly deleted");
+    EXPECT_EQ(partialToast.detail, "2 item(s) couldn't be deleted. Details in History.");
+    // Where the failures are listed on the spot, the detail does not send the user elsewhere.
+    const Toast listed = deletionToast(partial, {}, FailureDetails::listedBelow);
+    EXPECT_EQ(listed.detail, "2 item(s) couldn't be deleted:");
+
     const std::vector<HistoryEntry> entries = {
         historyEntry("/a", "/t/a"), historyEntry("/b", std::nullopt), historyEntry("/c", "/t/c")};
     DeletionReport report;

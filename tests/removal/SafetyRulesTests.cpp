@@ -4,6 +4,7 @@
 #include "support/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
+#include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 
@@ -244,6 +245,106 @@ TEST(SafetyRules, HomeIsReadAfreshAndWithoutItsTrailingSlash) {
         {"/home/you", guarded, root},
         {"/home/you/Library/Caches", guarded, ruleFolderKept},
     });
+}
+
+const std::string keychains = "Your keychains: passwords, keys and certificates.";
+const std::string holdsHome = "Holds your home folder.";
+const std::string holdsProtected = "Holds protected folders. Delete what is inside it instead.";
+
+// What the system would act on is judged, not only the text: the folders above the item are
+// resolved as the system resolves them (links, "..") and so is the home folder; the item itself
+// is never followed, since removing a link removes only the link.
+TEST(SafetyRules, ThePathTheSystemWouldActOnIsJudged) {
+    test::TempDir dir;
+    const std::string home = dir / "users/alice";
+    test::makeFolder(home + "/Documents/old");
+    test::makeFolder(home + "/Library/Keychains");
+    test::makeFolder(home + "/Downloads");
+    test::makeSymlink(home, dir / "homelink");
+    test::makeSymlink(home + "/Documents", dir / "docs");
+    {
+        test::ScopedEnvironment variable("HOME", home);
+        expectVerdicts({
+            {dir / "homelink/Documents", guarded, standardFolder},
+            {dir / "homelink/Library/Keychains", guarded, keychains},
+            {home + "/Documents/old/../../Documents", guarded, standardFolder},
+            {dir / "users", guarded, holdsHome},
+            {dir.path(), guarded, holdsHome},
+            {dir / "docs/../Downloads/a.zip", safe, download},
+            // the item itself is a link: only the link would go
+            {dir / "homelink", review, otherPath},
+            {dir / "docs", review, otherPath},
+        });
+    }
+    test::ScopedEnvironment variable("HOME", dir / "homelink");
+    expectVerdicts({
+        {home + "/Documents", guarded, standardFolder},
+        {home + "/Library/Keychains", guarded, keychains},
+        {home + "/Downloads/a.zip", safe, download},
+        {dir / "users", guarded, holdsHome},
+    });
+}
+
+TEST(SafetyRules, FoldersThatHoldProtectedPlacesAreProtected) {
+    test::ScopedEnvironment home("HOME", "/Users/me");
+    test::ScopedEnvironment data("XDG_DATA_HOME", "/Users/me/.local/share");
+    expectVerdicts({
+        {"/Library/Preferences", guarded, holdsProtected},
+        {"/Library/Application Support", guarded, holdsProtected},
+        {"/private/var", guarded, holdsProtected},
+        {"/Users/me/Library/Application Support", guarded, holdsProtected},
+        {"/Users/me/Library/Group Containers", guarded, holdsProtected},
+        {"/Users/me/.local/share", guarded, holdsProtected},
+        // beside them, not above them
+        {"/Library/Preferences/com.example.plist", review, shared},
+        {"/Users/me/Library/Application Support/Example", review, appData},
+        {"/Users/me/Library/Group Containers/com.example", review, appData},
+        // a junk rule's folder is kept as a folder, not for what it holds
+        {"/Users/me/Library/Developer", review, appData},
+        {"/Users/me/.npm", review, personal},
+        {"/Users/me/.local/share/fonts", review, personal},
+    });
+}
+
+TEST(SafetyRules, LinuxPrivateAndSharedPlacesAreProtected) {
+    test::ScopedEnvironment home("HOME", "/Users/me");
+    test::ScopedEnvironment data("XDG_DATA_HOME", "/Users/me/.local/share");
+    const std::string trash = "The Trash itself. Empty it instead.";
+    expectVerdicts({
+        {"/Users/me/.ssh", guarded, "Your SSH keys and the hosts you trust."},
+        {"/Users/me/.ssh/id_ed25519", guarded, "Your SSH keys and the hosts you trust."},
+        {"/Users/me/.gnupg/private-keys-v1.d", guarded, "Your GnuPG keys."},
+        {"/Users/me/.local/share/Trash", guarded, trash},
+        {"/Users/me/.local/share/Trash/files", guarded, trash},
+        {"/Users/me/.local/share/Trash/info", guarded, trash},
+        {"/Users/me/.local/share/Trash/files/old.txt", review, personal},
+        {"/var/log", guarded, "System logs."},
+        {"/var/log/syslog.1", guarded, "System logs."},
+        {"/srv/www", guarded, "Data this computer serves."},
+        {"/mnt/usb", guarded, "Another disk is mounted here."},
+        {"/mnt/usb/photos", review, otherPath},
+        {"/srv/www/site/index.html", review, otherPath},
+        {"/Users/me/.sshd", review, personal},
+    });
+}
+
+// The home folders of the password database belong to their users. Root's is another user's to
+// anyone else, so the check runs as an ordinary user.
+TEST(SafetyRules, AnotherUsersHomeIsProtected) {
+    test::ScopedEnvironment home("HOME", "/Users/me");
+    struct Seen {
+        int risk;
+        char reason[120];
+    };
+    const auto seen = test::runUnprivileged<Seen>([] {
+        const SafetyVerdict verdict = SafetyRules::verdict("/root/.bashrc");
+        Seen answer{static_cast<int>(verdict.risk), {}};
+        verdict.reason.copy(answer.reason, sizeof answer.reason - 1);
+        return answer;
+    });
+    ASSERT_TRUE(seen);
+    EXPECT_EQ(seen->risk, static_cast<int>(guarded));
+    EXPECT_EQ(std::string(seen->reason), "Another user's home folder.");
 }
 
 // Bundles are the one place where the verdict reads the disk: the identifier in Info.plist, and

@@ -21,6 +21,19 @@ ScratchMount::ScratchMount(std::string folder) : folder_(std::move(folder)) {
     mounted_ = true;
 }
 
+ScratchMount::ScratchMount(std::string folder, const BindOf& bind) : folder_(std::move(folder)) {
+    makeFolder(folder_);
+    if (!ignoresPermissions()) {
+        whyNot_ = "a bind mount needs root";
+        return;
+    }
+    if (mount(bind.source.c_str(), folder_.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+        whyNot_ = std::string("cannot bind-mount here: ") + std::strerror(errno);
+        return;
+    }
+    mounted_ = true;
+}
+
 ScratchMount::~ScratchMount() {
     if (mounted_) {
         umount2(folder_.c_str(), MNT_DETACH);
