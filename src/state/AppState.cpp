@@ -374,11 +374,54 @@ void AppState::finishDeletion(DeletionOutcome outcome, bool quiet) {
     emit failuresChanged();
 }
 
+namespace {
+
+// The original paths of those of `entries` that the history now marks restored.
+std::set<std::string> restoredPaths(const DeletionHistory& history,
+                                    const std::vector<HistoryEntry>& entries) {
+    std::set<std::string> wanted;
+    for (const HistoryEntry& entry : entries) {
+        wanted.insert(entry.id);
+    }
+    std::set<std::string> paths;
+    for (const HistoryEntry& entry : history.entries()) {
+        if (entry.restored && wanted.contains(entry.id)) {
+            paths.insert(entry.originalPath);
+        }
+    }
+    return paths;
+}
+
+} // namespace
+
 void AppState::undo(const std::vector<HistoryEntry>& entries) {
     const int restored = dorvik::undo(history_, entries);
     emit historyChanged();
-    showToast(undoToast(restored));
+    Toast toast = undoToast(restored);
+    if (const size_t missing = markRestored(restoredPaths(history_, entries)); missing > 0) {
+        toast.detail = std::to_string(missing) +
+                       " restored item(s) were not in this scan. Scan again to list them.";
+    }
+    showToast(std::move(toast));
     refreshVolume();
+}
+
+size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {
+    if (!scan_ || restoredPaths.empty()) {
+        return 0;
+    }
+    std::set<std::string> missing = dorvik::markRestored(*scan_, restoredPaths);
+    // What lies outside the scanned folder was never the scan's to show.
+    std::erase_if(missing, [root = scan_->root->path()](const std::string& path) {
+        return !path.starts_with(root.ends_with('/') ? root : root + '/');
+    });
+    if (missing.size() < restoredPaths.size()) {
+        ++revision_;
+        emit scanChanged();
+        emit revisionChanged();
+        scheduleArchive();
+    }
+    return missing.size();
 }
 
 void AppState::clearHistory() {
