@@ -165,6 +165,7 @@ UndoReport undo(DeletionHistory& history, const std::vector<HistoryEntry>& entri
             report.failures.push_back({entry, DeletionEngine::failureReason(*error)});
         } else {
             ++report.restored;
+            report.restoredPaths.push_back(entry.originalPath);
         }
     }
     return report;

@@ -83,7 +83,8 @@ struct UndoFailure {
 
 struct UndoReport {
     int restored = 0;
-    std::vector<UndoFailure> failures; // in the order given
+    std::vector<std::string> restoredPaths; // the original paths of the items that came back
+    std::vector<UndoFailure> failures;      // in the order given
 };
 
 // Restores, in order, those entries that can be restored. Each one that can't, or whose restore

@@ -374,8 +374,32 @@ void AppState::finishDeletion(DeletionOutcome outcome, bool quiet, HistoryJourna
 void AppState::undo(const std::vector<HistoryEntry>& entries) {
     const UndoReport report = dorvik::undo(history_, entries);
     emit historyChanged();
-    showToast(undoToast(report.restored));
+    Toast toast = undoToast(report.restored);
+    const std::set<std::string> restored(report.restoredPaths.begin(), report.restoredPaths.end());
+    if (const size_t missing = markRestored(restored); missing > 0) {
+        toast.detail = std::to_string(missing) +
+                       " restored item(s) were not in this scan. Scan again to list them.";
+    }
+    showToast(std::move(toast));
     refreshVolume();
+}
+
+size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {
+    if (!scan_ || restoredPaths.empty()) {
+        return 0;
+    }
+    std::set<std::string> missing = dorvik::markRestored(*scan_, restoredPaths);
+    // What lies outside the scanned folder was never the scan's to show.
+    std::erase_if(missing, [root = scan_->root->path()](const std::string& path) {
+        return !path.starts_with(root.ends_with('/') ? root : root + '/');
+    });
+    if (missing.size() < restoredPaths.size()) {
+        ++revision_;
+        emit scanChanged();
+        emit revisionChanged();
+        scheduleArchive();
+    }
+    return missing.size();
 }
 
 void AppState::clearHistory() {

@@ -131,6 +131,9 @@ public:
     void revealNode(const FileNodePtr& node);
     // After a removal: marks the paths that are gone and rewrites the archive a little later.
     void markRemoved(const std::set<std::string>& removedPaths);
+    // After an undo: puts the nodes of the paths back in the tree. Returns how many of those
+    // under the scanned folder had no node to put back.
+    size_t markRestored(const std::set<std::string>& restoredPaths);
     // Rewrites the archive once things have been quiet for the archive delay.
     void scheduleArchive();
 

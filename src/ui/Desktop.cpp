@@ -39,11 +39,11 @@ bool revealThroughFileManager(const std::vector<std::string>& paths) {
 
 } // namespace
 
-void reveal(const std::vector<std::string>& paths) {
+bool reveal(const std::vector<std::string>& paths) {
     if (paths.empty() || revealThroughFileManager(paths)) {
-        return;
+        return true;
     }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(qtPath(paths.front())).path()));
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(qtPath(paths.front())).path()));
 }
 
 void open(const std::string& path) {

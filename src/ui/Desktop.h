@@ -9,8 +9,8 @@
 namespace dorvik::Desktop {
 
 // Shows the items selected in the file manager (org.freedesktop.FileManager1 over the session
-// bus); without one, opens the folder of the first item.
-void reveal(const std::vector<std::string>& paths);
+// bus); without one, opens the folder of the first item. False when neither answered.
+bool reveal(const std::vector<std::string>& paths);
 
 // Opens the item with the application the desktop chooses for it.
 void open(const std::string& path);

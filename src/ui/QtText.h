@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,8 @@ inline QString qtText(std::string_view text) {
 inline std::string stdText(const QString& text) {
     return text.toStdString();
 }
+
+// "1 file", "2 files", "1,234 files".
+QString filesText(int64_t count);
 
 } // namespace dorvik

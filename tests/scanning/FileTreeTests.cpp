@@ -188,6 +188,46 @@ TEST(FileTree, MarkingAFolderLeavesItsDescendantsAsTheyWere) {
     EXPECT_EQ(tree.scan.files.size(), 2u);
 }
 
+TEST(FileTree, KindsFollowARemovalAndAllComesBackWithTheRestore) {
+    const struct {
+        std::string removed;
+        int64_t kindBytesLeft;
+        int64_t kindFilesLeft;
+    } cases[] = {
+        {"/r/photos/2024/a.jpg", 1000000, 1}, // a file
+        {"/r/photos", 1000000, 1},            // the folder that holds it
+        {"/r/docs", 2000000, 1},              // a folder of other files
+    };
+    for (const auto& [removed, kindBytesLeft, kindFilesLeft] : cases) {
+        SampleTree tree;
+        tree.scan.kindTotals = {{FileKind::other, 3000000}};
+        tree.scan.kindCounts = {{FileKind::other, 2}};
+        const ScanResult before = tree.scan;
+        const int64_t rootSize = tree.scan.root->size;
+        const int64_t rootFiles = tree.scan.root->fileCount;
+        const int64_t photosSize = tree.photos->size;
+
+        markRemoved(tree.scan, {removed});
+        EXPECT_EQ(tree.scan.kindTotals[FileKind::other], kindBytesLeft) << removed;
+        EXPECT_EQ(tree.scan.kindCounts[FileKind::other], kindFilesLeft) << removed;
+
+        // Restoring along with a path the tree never had: that one is handed back.
+        const auto missing = markRestored(tree.scan, {removed, "/r/elsewhere/new.bin"});
+        EXPECT_EQ(missing, std::set<std::string>{"/r/elsewhere/new.bin"}) << removed;
+        EXPECT_FALSE(tree.deep->deleted || tree.photos->deleted || tree.big->deleted) << removed;
+        EXPECT_EQ(tree.scan.root->size, rootSize) << removed;
+        EXPECT_EQ(tree.scan.root->fileCount, rootFiles) << removed;
+        EXPECT_EQ(tree.photos->size, photosSize) << removed;
+        EXPECT_EQ(tree.scan.bucketTotals, before.bucketTotals) << removed;
+        EXPECT_EQ(tree.scan.kindTotals, before.kindTotals) << removed;
+        EXPECT_EQ(tree.scan.kindCounts, before.kindCounts) << removed;
+
+        // A node that is live is no restore of anything.
+        EXPECT_EQ(markRestored(tree.scan, {removed}), std::set<std::string>{removed});
+        EXPECT_EQ(tree.scan.root->size, rootSize) << removed;
+    }
+}
+
 TEST(FileTree, MarkingMatchesOnlyExactRealPaths) {
     const std::set<std::set<std::string>> misses = {
         {"/r/photos/2024/b.jpg"}, // not in the tree

@@ -99,6 +99,8 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     const int64_t movieSize = nodeSize(home + "/Downloads/movie.mkv");
     const int64_t albumSize = nodeSize(home + "/Downloads/album");
     const int64_t rootBefore = state->scan()->root->size;
+    const auto kindTotalsBefore = state->scan()->kindTotals;
+    const auto kindCountsBefore = state->scan()->kindCounts;
     const int revisionBefore = state->revision();
     state->propose({item("Downloads/album/track.flac"), item("Downloads/movie.mkv"),
                     item("Downloads/album"), item("Documents"), item("Downloads/vanished.zip"),
@@ -127,6 +129,11 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     EXPECT_EQ(histories, 1);
     EXPECT_EQ(state->scan()->root->size, rootBefore - movieSize - albumSize);
     EXPECT_GT(state->revision(), revisionBefore);
+    // The movie and the album's two large files leave their kinds.
+    EXPECT_EQ(state->scan()->kindCounts.at(FileKind::video),
+              kindCountsBefore.at(FileKind::video) - 1);
+    EXPECT_EQ(state->scan()->kindCounts.at(FileKind::audio),
+              kindCountsBefore.at(FileKind::audio) - 1);
 
     ASSERT_TRUE(state->toast());
     EXPECT_EQ(state->toast()->message,
@@ -147,12 +154,32 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     EXPECT_TRUE(test::entryExists(home + "/Downloads/album/cover.jpg"));
     EXPECT_TRUE(state->history().entries()[0].restored);
     EXPECT_EQ(histories, 2);
-    // The model waits for the next scan.
-    EXPECT_EQ(state->scan()->root->size, rootBefore - movieSize - albumSize);
+    // The nodes are back in the tree, with the kinds' totals the file pages show.
+    EXPECT_EQ(state->scan()->root->size, rootBefore);
+    EXPECT_EQ(nodeSize(home + "/Downloads/movie.mkv"), movieSize);
+    EXPECT_FALSE(findNode(state->scan()->root, home + "/Downloads/album")->deleted);
+    EXPECT_EQ(state->scan()->kindTotals, kindTotalsBefore);
+    EXPECT_EQ(state->scan()->kindCounts, kindCountsBefore);
 
     state->clearHistory();
     EXPECT_TRUE(state->history().entries().empty());
     EXPECT_TRUE(DeletionHistory(DeletionHistory::defaultPath()).entries().empty());
+}
+
+TEST_F(AppStateRemovalTest, AnUndoneItemTheScanNeverHadIsNamedInTheToast) {
+    // Made after the scan: no node stands for it.
+    test::writeFile(home + "/Downloads/later.mkv", 1 << 20);
+    state->propose({makePlanItem(home + "/Downloads/later.mkv", 1 << 20, Removal::trash),
+                    item("Downloads/movie.mkv")},
+                   "Delete Items");
+    executeAndWait(*state->plan(), false);
+    const int64_t rootAfterRemoval = state->scan()->root->size;
+    state->undo(state->toast()->undoable);
+    EXPECT_EQ(state->toast()->message, "2 item(s) restored");
+    EXPECT_EQ(state->toast()->detail,
+              "1 restored item(s) were not in this scan. Scan again to list them.");
+    EXPECT_EQ(state->scan()->root->size,
+              rootAfterRemoval + nodeSize(home + "/Downloads/movie.mkv"));
 }
 
 TEST_F(AppStateRemovalTest, ThePermanentSettingOverridesTheTrash) {

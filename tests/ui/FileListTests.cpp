@@ -420,6 +420,48 @@ TEST_F(ScannedFilesTest, TypesShowTilesOfKindsMetAndTheFilesOfTheOnePicked) {
     EXPECT_EQ(page.list()->table()->nodeModel()->columnOf(NodeColumn::kind), -1);
 }
 
+TEST_F(ScannedFilesTest, TilesAgreeWithTheirListsThroughARemovalAndItsUndoAndCountInWords) {
+    TypesView types(*state);
+    LargeFilesView large(*state);
+    types.show();
+    types.pickKind(FileKind::video);
+    const auto videoTile = [&]() -> const KindTile& {
+        for (const KindTile* tile : types.tiles()) {
+            if (tile->kind() == FileKind::video) {
+                return *tile;
+            }
+        }
+        throw std::runtime_error("no video tile");
+    };
+    const auto listed = [&] { return names(types.list()->table()->nodeModel()->nodes()); };
+    EXPECT_EQ(videoTile().countText(), "3 files"); // the small clip counts, unlisted
+    EXPECT_EQ(listed(), (std::vector<std::string>{"trip.mov", "clip.mp4"}));
+
+    const std::string trip = dir / "disk/Movies/trip.mov";
+    const std::string clip = dir / "disk/Movies/clip.mp4";
+    state->markRemoved({trip, clip});
+    EXPECT_EQ(videoTile().countText(), "1 file");
+    EXPECT_TRUE(listed().empty());
+    EXPECT_TRUE(large.list()->footnote()->text().startsWith("1 file · "))
+        << large.list()->footnote()->text().toStdString();
+    EXPECT_EQ(types.list()->table()->emptyText(), "No files match these filters.");
+
+    EXPECT_EQ(state->markRestored({trip}), 0u);
+    EXPECT_EQ(videoTile().countText(), "2 files");
+    EXPECT_EQ(listed(), (std::vector<std::string>{"trip.mov"}));
+    EXPECT_TRUE(types.list()->table()->emptyText().isEmpty());
+    EXPECT_EQ(names(large.list()->table()->nodeModel()->nodes()),
+              (std::vector<std::string>{"trip.mov", "thesis.pdf"}));
+
+    // A filter that leaves nothing says so.
+    FileFilter nothing;
+    nothing.query = "no such name";
+    state->setLargeFilter(nothing);
+    EXPECT_EQ(large.list()->table()->nodeModel()->rowCount(), 0);
+    EXPECT_EQ(large.list()->table()->emptyText(), "No files match these filters.");
+    EXPECT_TRUE(large.list()->footnote()->text().startsWith("0 files"));
+}
+
 TEST_F(FileListTest, SpacePreviewsPicturesTextsAndTheRestWithoutTouchingThem) {
     // A camera's picture, far larger than the window.
     QImage picture(1600, 1200, QImage::Format_RGB32);

@@ -116,6 +116,25 @@ TEST(SunburstView, PointerAndClicksReachThePage) {
     EXPECT_EQ(view.arcs()[0].node->name, "a1");
 }
 
+TEST(MapSidePanel, EveryShareHasRoomForItsWholeText) {
+    const FileNodePtr root = build(folder(
+        "root", 100000000, {file("all", 99950000), file("half", 5000000), file("sliver", 50000)}));
+    MapSidePanel panel;
+    panel.setCurrent(root);
+    panel.show();
+    QStringList shares;
+    for (const QLabel* label : panel.findChildren<QLabel*>()) {
+        if (label->isVisible() && label->text().endsWith('%')) {
+            shares << label->text();
+            EXPECT_GE(label->contentsRect().width(),
+                      label->fontMetrics().horizontalAdvance(label->text()))
+                << label->text().toStdString();
+        }
+    }
+    EXPECT_TRUE(shares.contains("<0.1%")) << shares.join(' ').toStdString();
+    EXPECT_TRUE(shares.contains("100%")) << shares.join(' ').toStdString();
+}
+
 TEST(MapSidePanel, ListsTheLargestItemsOfTheFocusOrTheCurrentFolder) {
     std::vector<test::NodeShape> many;
     for (int i = 1; i <= 12; ++i) {

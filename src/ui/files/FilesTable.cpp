@@ -1,5 +1,6 @@
 #include "ui/files/FilesTable.h"
 
+#include "ui/Style.h"
 #include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
 #include "ui/files/PreviewWindow.h"
@@ -116,6 +117,23 @@ void FilesTable::showFolderLines() {
     setItemDelegateForColumn(model_->columnOf(NodeColumn::name), new FolderLineDelegate(this));
     verticalHeader()->setDefaultSectionSize(
         std::max(tableRowHeight, FolderLineDelegate::rowHeight(font())));
+}
+
+void FilesTable::setEmptyText(const QString& text) {
+    emptyText_ = text;
+    viewport()->update();
+}
+
+void FilesTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (model_->rowCount() > 0 || emptyText_.isEmpty()) {
+        return;
+    }
+    QPainter painter(viewport());
+    painter.setPen(Style::secondaryText(palette()));
+    painter.drawText(viewport()->rect().adjusted(Style::pageMargin, Style::pageMargin,
+                                                 -Style::pageMargin, -Style::pageMargin),
+                     Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
 }
 
 void FilesTable::setNodes(std::vector<FileNodePtr> nodes) {

@@ -28,6 +28,9 @@ public:
     NodeTableModel* nodeModel() const { return model_; }
     // Rows from many folders: each name gets its folder on a second line.
     void showFolderLines();
+    // What the table says in place of rows when it has none; empty says nothing.
+    void setEmptyText(const QString& text);
+    const QString& emptyText() const { return emptyText_; }
     // Replaces the rows, keeping the sort and, where the nodes are still there, the selection.
     void setNodes(std::vector<FileNodePtr> nodes);
     std::vector<FileNodePtr> selectedNodes() const;
@@ -50,6 +53,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void showMenu(const QPoint& position);
@@ -57,6 +61,7 @@ private:
     AppState& state_;
     NodeTableModel* model_;
     PreviewWindow* preview_ = nullptr;
+    QString emptyText_;
 };
 
 } // namespace dorvik

@@ -2,7 +2,9 @@
 
 #include "removal/DeletionPlan.h"
 #include "removal/SafetyRules.h"
+#include "scanning/ScanPaths.h"
 #include "state/AppState.h"
+#include "system/Uuid.h"
 #include "ui/Desktop.h"
 #include "ui/QtText.h"
 
@@ -21,6 +23,16 @@ std::vector<std::string> pathsOf(const std::vector<FileNodePtr>& nodes) {
 }
 
 } // namespace
+
+void revealPaths(AppState& state, const std::vector<std::string>& paths) {
+    if (paths.empty() || Desktop::reveal(paths)) {
+        return;
+    }
+    state.showToast(Toast{Uuid::make(),
+                          "No file manager answered",
+                          "Couldn't show " + displayPath(paths.front()) + ".",
+                          {}});
+}
 
 void proposeNodeDeletion(AppState& state, const std::vector<FileNodePtr>& nodes) {
     std::vector<PlanItem> items;
@@ -44,7 +56,7 @@ QMenu* makeNodeContextMenu(AppState& state, const std::vector<FileNodePtr>& node
     if (preview && (!first->isDirectory || first->isPackage)) {
         menu->addAction(QObject::tr("Quick Look"), [preview, first] { preview(first); });
     }
-    menu->addAction(QObject::tr("Show in Finder"), [paths] { Desktop::reveal(paths); });
+    menu->addAction(QObject::tr("Show in Finder"), [&state, paths] { revealPaths(state, paths); });
     menu->addAction(QObject::tr("Open"), [paths] {
         for (const auto& path : paths) {
             Desktop::open(path);

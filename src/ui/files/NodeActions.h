@@ -16,6 +16,9 @@ namespace dorvik {
 class AppState;
 
 // Asks the user to confirm moving the nodes to the Trash, each with the safety rules' verdict.
+// Shows the paths in the file manager; when nothing answers, the toast says so.
+void revealPaths(AppState& state, const std::vector<std::string>& paths);
+
 void proposeNodeDeletion(AppState& state, const std::vector<FileNodePtr>& nodes);
 
 // The menu for the nodes a right click concerns. `preview` is empty where the page has no

@@ -50,8 +50,8 @@ QString text(NodeColumn column, const FileNode& node) {
     case NodeColumn::size:
         return qtText(TextForms::size(node.size));
     case NodeColumn::files:
-        return qtText(TextForms::count(node.fileCount)) +
-               (node.isDirectory ? QObject::tr(" files") : QString());
+        return node.isDirectory ? filesText(node.fileCount)
+                                : qtText(TextForms::count(node.fileCount));
     case NodeColumn::kind:
         return qtText(info(node.kind).displayName);
     case NodeColumn::category:

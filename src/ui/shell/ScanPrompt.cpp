@@ -111,7 +111,7 @@ void ScanPrompt::refresh() {
         stack_->setCurrentIndex(static_cast<int>(Showing::restoring));
     } else if (state_.isScanning()) {
         const ScanProgressSnapshot& progress = state_.progress();
-        ring_->setProgressText(tr("%1 files").arg(qtText(TextForms::count(progress.files))));
+        ring_->setProgressText(filesText(progress.files));
         ring_->setDetail(qtText(TextForms::size(progress.bytes)));
         currentPath_->setText(qtText(progress.currentPath));
         stack_->setCurrentIndex(static_cast<int>(Showing::scanning));

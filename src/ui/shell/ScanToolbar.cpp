@@ -1,5 +1,6 @@
 #include "ui/shell/ScanToolbar.h"
 
+#include "platform/HomeDirectory.h"
 #include "state/AppState.h"
 #include "state/ScanStaleness.h"
 #include "system/Dates.h"
@@ -96,6 +97,7 @@ QWidget* ScanToolbar::makeScanButton() {
 
 void ScanToolbar::chooseFolder() {
     QFileDialog dialog(window());
+    dialog.setDirectory(qtText(platform::homeDirectory()));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Accept, tr("Scan"));
@@ -108,9 +110,8 @@ void ScanToolbar::chooseFolder() {
 void ScanToolbar::refresh() {
     if (state_.isScanning()) {
         const ScanProgressSnapshot& progress = state_.progress();
-        progressLine_->setText(tr("%1 files · %2")
-                                   .arg(qtText(TextForms::count(progress.files)),
-                                        qtText(TextForms::size(progress.bytes))));
+        progressLine_->setText(filesText(progress.files) + QStringLiteral(" · ") +
+                               qtText(TextForms::size(progress.bytes)));
         currentPath_->setText(qtText(progress.currentPath));
         stack_->setCurrentIndex(1);
         return;

@@ -1,9 +1,9 @@
 #include "ui/pages/explorer/Breadcrumbs.h"
 
 #include "state/AppState.h"
-#include "ui/Desktop.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"
+#include "ui/files/NodeActions.h"
 #include "ui/files/NodeTitle.h"
 #include "ui/widgets/SymbolView.h"
 
@@ -30,7 +30,7 @@ Breadcrumbs::Breadcrumbs(AppState& state, QWidget* parent)
     reveal_->setAutoRaise(true);
     connect(reveal_, &QToolButton::clicked, this, [this] {
         if (!state_.explorerStack().empty()) {
-            Desktop::reveal({state_.explorerStack().back()->path()});
+            revealPaths(state_, {state_.explorerStack().back()->path()});
         }
     });
 

@@ -3,10 +3,10 @@
 #include "state/AppState.h"
 #include "state/Settings.h"
 #include "system/TextForms.h"
-#include "ui/Desktop.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/files/FilesTable.h"
+#include "ui/files/NodeActions.h"
 #include "ui/pages/explorer/Breadcrumbs.h"
 #include "ui/pages/explorer/MapSidePanel.h"
 #include "ui/pages/explorer/SunburstLayout.h"
@@ -149,7 +149,7 @@ QWidget* ExplorerView::makeMap() {
     sunburst_->onUp = [this] { up(); };
     sunburst_->onSelect = [this](const FileNodePtr& node) { sidePanel_->setFocusNode(node); };
     sidePanel_ = new MapSidePanel;
-    sidePanel_->onReveal = [](const FileNodePtr& node) { Desktop::reveal({node->path()}); };
+    sidePanel_->onReveal = [this](const FileNodePtr& node) { revealPaths(state_, {node->path()}); };
 
     auto* hint = Style::label(tr("Hover to inspect, click a ring to open a folder, click the "
                                  "centre to go up."),

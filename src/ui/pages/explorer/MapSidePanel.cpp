@@ -66,7 +66,10 @@ MapSidePanel::Row MapSidePanel::makeRow() {
     }
     Style::setTextRole(row.share, Style::TextRole::caption);
     // As wide as the widest share, so that the bars of all rows end together.
-    row.share->setFixedWidth(row.share->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+    const QFontMetrics metrics = row.share->fontMetrics();
+    row.share->setFixedWidth(std::max(metrics.horizontalAdvance(QStringLiteral("100%")),
+                                      metrics.horizontalAdvance(QStringLiteral("<0.1%"))) +
+                             2);
     auto* grid = new QGridLayout(row.widget);
     grid->setContentsMargins(0, Style::smallGap, 0, Style::smallGap);
     grid->setHorizontalSpacing(Style::gap);

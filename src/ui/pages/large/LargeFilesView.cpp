@@ -40,10 +40,11 @@ void LargeFilesView::refresh() {
         total += file->size;
     }
     const auto shown = static_cast<int64_t>(files.size());
-    list_->footnote()->setText(
-        (shown == 1 ? tr("1 file") : tr("%1 files").arg(qtText(TextForms::count(shown)))) +
-        QStringLiteral(" · ") + qtText(TextForms::size(total)));
+    list_->footnote()->setText(filesText(shown) + QStringLiteral(" · ") +
+                               qtText(TextForms::size(total)));
     list_->exportButton()->setEnabled(!files.empty());
+    list_->table()->setEmptyText(
+        state_.scan() && files.empty() ? tr("No files match these filters.") : QString());
     list_->table()->setNodes(std::move(files));
 }
 

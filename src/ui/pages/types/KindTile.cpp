@@ -18,7 +18,7 @@ constexpr int tileIconSize = 28;
 
 KindTile::KindTile(FileKind kind, int64_t bytes, int64_t files, QWidget* parent)
     : QAbstractButton(parent), kind_(kind), sizeText_(qtText(TextForms::size(bytes))),
-      countText_(qtText(TextForms::count(files)) + tr(" files")) {
+      countText_(filesText(files)) {
     setCheckable(true);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);

@@ -16,6 +16,8 @@ public:
     KindTile(FileKind kind, int64_t bytes, int64_t files, QWidget* parent = nullptr);
 
     FileKind kind() const { return kind_; }
+    const QString& sizeText() const { return sizeText_; }
+    const QString& countText() const { return countText_; }
     QSize sizeHint() const override;
 
 protected:

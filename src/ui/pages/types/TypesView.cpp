@@ -121,7 +121,9 @@ void TypesView::refreshList() {
         tr("Only files over 512 KB are listed. The remaining %1 smaller files "
            "still count toward the totals.")
             .arg(qtText(TextForms::count(smaller))));
-    list_->exportButton()->setEnabled(list_->table()->nodeModel()->rowCount() > 0);
+    const bool anyRow = list_->table()->nodeModel()->rowCount() > 0;
+    list_->exportButton()->setEnabled(anyRow);
+    list_->table()->setEmptyText(anyRow ? QString() : tr("No files match these filters."));
 }
 
 } // namespace dorvik
