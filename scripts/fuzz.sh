@@ -14,6 +14,13 @@ declare -A seeds=(
     [history_decode]="tests/data/history"
     [scan_archive]="tests/data/archive"
     [trend_files]="tests/data/trends"
+    [scan_archive_file]="tests/data/archive-file"
+)
+
+# Options of one target beyond the common ones. The archive file's limits are small: any single
+# allocation above a few megabytes means memory was taken before the limits were checked.
+declare -A options=(
+    [scan_archive_file]="-malloc_limit_mb=8"
 )
 
 seconds=${1:-60}
@@ -30,8 +37,8 @@ for target in "${targets[@]}"; do
     findings=build-fuzz/findings/$target
     mkdir -p "$corpus" "$findings"
     echo "== $target for ${seconds}s"
-    # shellcheck disable=SC2086 # the seed list is meant to split into folders
+    # shellcheck disable=SC2086 # the seed list and options are meant to split into words
     build-fuzz/tests/fuzz/${target}_fuzzer "$corpus" ${seeds[$target]:-} \
         -max_total_time="$seconds" -max_len="${FUZZ_MAX_LEN:-65536}" -print_final_stats=1 \
-        -artifact_prefix="$findings/"
+        -artifact_prefix="$findings/" ${options[$target]:-}
 done

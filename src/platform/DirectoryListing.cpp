@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace dorvik::platform {
 
@@ -16,9 +15,8 @@ bool isDotOrDotDot(const char* name) {
 
 // Reads the raw entries itself: the C library's directory streams cost three more system calls
 // a directory.
-DirectoryListing listDirectory(const std::string& path) {
+DirectoryListing listDirectory(int fd) {
     DirectoryListing listing;
-    const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (fd < 0) {
         return listing;
     }
@@ -41,7 +39,6 @@ DirectoryListing listDirectory(const std::string& path) {
                 fstatat(fd, entry->d_name, &listed.status, AT_SYMLINK_NOFOLLOW) == 0;
         }
     }
-    close(fd);
     if (!listing.complete) {
         listing.entries.clear();
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 // One directory's entries with the status of each, read in one go. The walk hands entries out
-// from such a listing, so only one directory is open at a time however deep the tree.
+// from such a listing, so it needs a directory's descriptor only to open the folders below it.
 
 #include <string>
 #include <sys/stat.h>
@@ -20,8 +20,9 @@ struct DirectoryListing {
     std::vector<ListedEntry> entries;
 };
 
-// Lists a directory, "." and ".." left out, and reads each entry's status without following
-// links, relative to the directory's descriptor.
-DirectoryListing listDirectory(const std::string& path);
+// Lists the directory open at `directory` from its start, "." and ".." left out, and reads each
+// entry's status without following links, relative to that descriptor. The descriptor stays
+// open; -1 gives an incomplete listing.
+DirectoryListing listDirectory(int directory);
 
 } // namespace dorvik::platform

@@ -7,18 +7,35 @@
 // walk slower than du's; this way the kernel resolves one name per entry.
 //
 // A directory is listed and its entries' status read in full before the first of them is
-// handed out, so only one directory is open at a time, however deep the tree.
+// handed out. Each folder is opened relative to its parent's descriptor, never by its whole
+// path, so depth has no limit: a path past PATH_MAX is walked like any other. Only the deepest
+// few folders keep their descriptors; leaving a folder whose parent's was closed opens the
+// parent again through "..", checked to be the folder met on the way down. So a walk holds a
+// fixed number of descriptors at any depth, and a shallow tree never opens anything twice.
 
 #include "platform/DirectoryWalk.h"
 
 #include "platform/DirectoryListing.h"
 
+#include <climits>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 namespace dorvik::platform {
 
 namespace {
+
+// Directory descriptors a walk keeps open at most, besides the one it is opening.
+constexpr size_t keptDescriptors = 32;
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+bool isSameFile(int fd, const struct stat& expected) {
+    struct stat st {};
+    return fstat(fd, &st) == 0 && st.st_dev == expected.st_dev && st.st_ino == expected.st_ino;
+}
 
 WalkStat walkStat(const struct stat& st) {
     return WalkStat{
@@ -54,6 +71,7 @@ struct DirectoryWalk::Handle {
         size_t pathLength = 0; // its path is pathBuffer's first pathLength bytes
         size_t nameLength = 0; // of its last component
         struct stat status {};
+        int fd = -1; // open from its listing until it is left, unless closed to keep few open
         long mark = 0;
         bool listed = false;
         bool skip = false;
@@ -70,6 +88,17 @@ struct DirectoryWalk::Handle {
     long currentMark = 0;
     long* currentMarkSlot = &currentMark; // where the mark of the current entry lives
 
+    size_t openFrames = 0; // frames whose fd is open
+    size_t lowestOpen = 0; // no frame above this one has its fd open
+
+    ~Handle() {
+        for (const Frame& frame : frames) {
+            if (frame.fd >= 0) {
+                close(frame.fd);
+            }
+        }
+    }
+
     // Makes the directory whose path is in pathBuffer the current one.
     void enter(size_t nameLength, const struct stat& status) {
         Frame& frame = frames.emplace_back();
@@ -77,6 +106,68 @@ struct DirectoryWalk::Handle {
         frame.nameLength = nameLength;
         frame.status = status;
         currentMarkSlot = &frame.mark;
+    }
+
+    // Opens the top frame's directory: the root by its path, any other folder by its name in
+    // its parent. Past the descriptors kept, the highest one open is closed.
+    void openTop() {
+        Frame& top = frames.back();
+        if (frames.size() == 1) {
+            top.fd = open(rootPath.c_str(), folderFlags);
+        } else {
+            const std::string name = pathBuffer.substr(top.pathLength - top.nameLength);
+            top.fd = openat(frames[frames.size() - 2].fd, name.c_str(), folderFlags);
+        }
+        if (top.fd < 0) {
+            return;
+        }
+        ++openFrames;
+        while (openFrames > keptDescriptors && lowestOpen + 1 < frames.size()) {
+            Frame& highest = frames[lowestOpen++];
+            if (highest.fd >= 0) {
+                close(highest.fd);
+                highest.fd = -1;
+                --openFrames;
+            }
+        }
+    }
+
+    // Closes the top frame before it is popped, first opening its parent again from it if the
+    // parent's descriptor was closed. A parent that cannot be opened again, or that is no
+    // longer the folder met on the way down, lists its remaining folders as unreadable.
+    void closeTop() {
+        Frame& top = frames.back();
+        if (frames.size() >= 2 && frames[frames.size() - 2].fd < 0) {
+            Frame& parent = frames[frames.size() - 2];
+            parent.fd = top.fd >= 0 ? openat(top.fd, "..", folderFlags) : -1;
+            if (parent.fd < 0 || !isSameFile(parent.fd, parent.status)) {
+                reopenByPath(parent);
+            }
+            if (parent.fd >= 0) {
+                ++openFrames;
+                lowestOpen = frames.size() - 2;
+            }
+        }
+        if (top.fd >= 0) {
+            close(top.fd);
+            top.fd = -1;
+            --openFrames;
+        }
+    }
+
+    // The last resort for a folder whose path is short enough to name.
+    void reopenByPath(Frame& frame) {
+        if (frame.fd >= 0) {
+            close(frame.fd);
+            frame.fd = -1;
+        }
+        if (frame.pathLength < PATH_MAX) {
+            frame.fd = open(pathBuffer.substr(0, frame.pathLength).c_str(), folderFlags);
+            if (frame.fd >= 0 && !isSameFile(frame.fd, frame.status)) {
+                close(frame.fd);
+                frame.fd = -1;
+            }
+        }
     }
 };
 
@@ -129,7 +220,8 @@ const WalkEntry* DirectoryWalk::next() {
             const bool enter = !top.skip && top.status.st_dev == h.rootDevice;
             DirectoryListing listing;
             if (enter) {
-                listing = listDirectory(h.pathBuffer);
+                h.openTop();
+                listing = listDirectory(top.fd);
                 top.children = std::move(listing.entries);
             }
             if (enter && !listing.complete) {
@@ -138,6 +230,7 @@ const WalkEntry* DirectoryWalk::next() {
                 entry_.name = entry_.path.substr(entry_.path.size() - top.nameLength);
                 entry_.stat = walkStat(top.status);
                 h.currentMark = top.mark;
+                h.closeTop();
                 h.frames.pop_back();
                 return &entry_;
             }
@@ -148,6 +241,7 @@ const WalkEntry* DirectoryWalk::next() {
             entry_.name = entry_.path.substr(entry_.path.size() - top.nameLength);
             entry_.stat = walkStat(top.status);
             h.currentMark = top.mark;
+            h.closeTop();
             h.frames.pop_back();
             if (h.frames.empty()) {
                 h.finished = true;

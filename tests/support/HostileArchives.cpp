@@ -12,15 +12,35 @@ namespace {
 
 constexpr size_t endOfStreamBytes = 4; // "bvx$"
 
-FileNodePtr folder(const std::string& name) {
-    return std::make_shared<FileNode>(name, true, false, FileKind::other, StorageBucket::other);
-}
+// A payload cut in two: all before the root's first child, ending in the root's child count, and
+// the record of one empty folder "d" with no children, its child count last. The bytes are
+// assembled from these, so that no tree of the size described is ever built here.
+struct PayloadParts {
+    std::vector<uint8_t> head;
+    std::vector<uint8_t> record;
+};
 
-std::vector<uint8_t> payloadOf(const FileNodePtr& root) {
+PayloadParts payloadParts() {
+    const auto root =
+        std::make_shared<FileNode>("/r", true, false, FileKind::other, StorageBucket::other);
+    FileNode::adopt(
+        root, std::make_shared<FileNode>("d", true, false, FileKind::other, StorageBucket::other));
     ScanResult scan;
     scan.root = root;
     scan.rootPath = root->name;
-    return ScanArchive::encodePayload(scan, ScanTarget::home());
+    const std::vector<uint8_t> one = ScanArchive::encodePayload(scan, ScanTarget::home());
+    const auto recordBytes = static_cast<std::ptrdiff_t>(4 + 1 + ScanArchive::nodeRecordBytes);
+    return {{one.begin(), one.end() - recordBytes}, {one.end() - recordBytes, one.end()}};
+}
+
+// The child count is the last four bytes of a record.
+void setChildCount(std::vector<uint8_t>& record, size_t count) {
+    if (count > UINT32_MAX) {
+        throw std::invalid_argument("a child count has 32 bits");
+    }
+    for (size_t i = 0; i < 4; ++i) {
+        record[record.size() - 4 + i] = static_cast<uint8_t>(count >> (8 * i));
+    }
 }
 
 // The blocks of a stream without its end: streams made apart join into one by their blocks.
@@ -45,46 +65,43 @@ void repeat(std::vector<uint8_t>& stream, const std::vector<uint8_t>& blocks, si
 } // namespace
 
 std::vector<uint8_t> chainPayload(size_t levels) {
-    const FileNodePtr root = folder("/r");
-    FileNodePtr at = root;
-    for (size_t level = 0; level < levels; ++level) {
-        const FileNodePtr below = folder("d");
-        FileNode::adopt(at, below);
-        at = below;
+    const PayloadParts parts = payloadParts();
+    std::vector<uint8_t> payload = parts.head;
+    setChildCount(payload, levels == 0 ? 0 : 1);
+    std::vector<uint8_t> link = parts.record;
+    setChildCount(link, 1);
+    for (size_t level = 1; level < levels; ++level) {
+        payload.insert(payload.end(), link.begin(), link.end());
     }
-    return payloadOf(root);
+    if (levels > 0) {
+        payload.insert(payload.end(), parts.record.begin(), parts.record.end());
+    }
+    return payload;
 }
 
 std::vector<uint8_t> widePayload(size_t count) {
-    const FileNodePtr root = folder("/r");
+    const PayloadParts parts = payloadParts();
+    std::vector<uint8_t> payload = parts.head;
+    setChildCount(payload, count);
     for (size_t i = 0; i < count; ++i) {
-        FileNode::adopt(root, folder("d"));
+        payload.insert(payload.end(), parts.record.begin(), parts.record.end());
     }
-    return payloadOf(root);
+    return payload;
 }
 
 std::vector<uint8_t> wideArchive(size_t count) {
-    // The payload of one child, cut into the part before the child's record and the record.
-    const std::vector<uint8_t> one = widePayload(1);
-    const size_t recordBytes = 4 + 1 + ScanArchive::nodeRecordBytes;
-    std::vector<uint8_t> head(one.begin(), one.end() - static_cast<std::ptrdiff_t>(recordBytes));
-    const std::vector<uint8_t> record(one.end() - static_cast<std::ptrdiff_t>(recordBytes),
-                                      one.end());
-    if (count > UINT32_MAX) {
-        throw std::invalid_argument("a child count is 32 bits");
-    }
-    for (size_t i = 0; i < 4; ++i) {
-        head[head.size() - 4 + i] = static_cast<uint8_t>(count >> (8 * i));
-    }
+    const PayloadParts parts = payloadParts();
+    std::vector<uint8_t> head = parts.head;
+    setChildCount(head, count);
     constexpr size_t recordsABlock = 16384;
     std::vector<uint8_t> chunk;
     for (size_t i = 0; i < recordsABlock; ++i) {
-        chunk.insert(chunk.end(), record.begin(), record.end());
+        chunk.insert(chunk.end(), parts.record.begin(), parts.record.end());
     }
     std::vector<uint8_t> stream = blocksOf(head);
     repeat(stream, blocksOf(chunk), count / recordsABlock);
     if (count % recordsABlock != 0) {
-        chunk.resize((count % recordsABlock) * recordBytes);
+        chunk.resize((count % recordsABlock) * parts.record.size());
         repeat(stream, blocksOf(chunk), 1);
     }
     finish(stream);

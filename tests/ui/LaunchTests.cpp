@@ -1,9 +1,13 @@
+#include "support/HostileArchives.h"
 #include "support/TempDir.h"
 #include "ui/LaunchOptions.h"
 
 #include <QImage>
 #include <QProcess>
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <sys/stat.h>
 
 namespace dorvik {
 namespace {
@@ -34,11 +38,17 @@ TEST(LaunchOptions, TheCommandLine) {
     }
 }
 
-// Runs the application; its exit status, or -1 when it did not end in time. What it printed on
-// either stream goes to `output`.
-int runApplication(const QStringList& arguments, QString* output = nullptr) {
+// Runs the application, with its files in `dataHome` when one is given; its exit status, or -1
+// when it did not end in time. What it printed on either stream goes to `output`.
+int runApplication(const QStringList& arguments, QString* output = nullptr,
+                   const std::string& dataHome = {}) {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
+    if (!dataHome.empty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), QString::fromStdString(dataHome));
+        process.setProcessEnvironment(environment);
+    }
     process.start(QStringLiteral(DORVIK_APP), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
         process.kill();
@@ -106,6 +116,41 @@ TEST(Screenshot, TheApplicationDrawsItsWindowIntoAFile) {
 
     EXPECT_EQ(runApplication({"--screenshot", small, "--section", "nowhere"}), 2);
     EXPECT_EQ(runApplication({"--screenshot", QString::fromStdString(dir / "no/such/dir.png")}), 1);
+}
+
+// The last scan's archive is a cache: whatever lies in its place, the application starts, without
+// the scan when the archive cannot be one.
+TEST(Launch, StartsWhateverTheLastScanArchiveHolds) {
+    test::TempDir dir;
+    using Make = std::function<void(const std::string&)>;
+    const auto archiveOf = [](std::vector<uint8_t> payload) -> Make {
+        return [payload](const std::string& path) {
+            test::writeBytes(path, test::compressed(payload));
+        };
+    };
+    const struct {
+        std::string what;
+        Make make;
+    } cases[] = {
+        {"a chain of 150,000 folders", archiveOf(test::chainPayload(150'000))},
+        {"a chain as deep as is read", archiveOf(test::chainPayload(4096))},
+        {"20 million folders",
+         [](const std::string& path) { test::writeBytes(path, test::wideArchive(20'000'000)); }},
+        {"1 GiB of zeros",
+         [](const std::string& path) {
+             test::writeBytes(path, test::zerosArchive(size_t{1} << 30));
+         }},
+        {"a FIFO", [](const std::string& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
+    };
+    int index = 0;
+    for (const auto& [what, make] : cases) {
+        const std::string dataHome = dir / ("data" + std::to_string(++index));
+        test::makeFolder(dataHome + "/Dorvik");
+        make(dataHome + "/Dorvik/last-scan.dvscan");
+        const QString picture = QString::fromStdString(dir / "explorer.png");
+        EXPECT_EQ(runApplication({"--screenshot", picture, "--section", "explorer"}, nullptr, dataHome), 0)
+            << what;
+    }
 }
 
 } // namespace
