@@ -18,6 +18,11 @@ inline std::string stdText(const QString& text) {
     return text.toStdString();
 }
 
+// A name or a path as the pages show it. A name may hold any byte but "/": control characters
+// (a newline, a tab, an escape) are drawn as "?", so that a row keeps its one line, and bytes
+// that are no UTF-8 become U+FFFD.
+QString nameText(std::string_view name);
+
 // "1 file", "2 files", "1,234 files".
 QString filesText(int64_t count);
 

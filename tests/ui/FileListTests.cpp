@@ -358,6 +358,20 @@ TEST_F(FileListTest, FilesOfOneNameShowTheirFolders) {
     EXPECT_NE(withFolders, withoutFolders);
 }
 
+TEST_F(FileListTest, ANameWithANewlineKeepsItsRowOnOneLine) {
+    test::writeFile(dir / "disk/odd\nfolder/two\nlines.bin", 600'000);
+    auto state = makeState();
+    scanFolder(*state, dir / "disk");
+    LargeFilesView page(*state);
+    const NodeTableModel& model = *page.list()->table()->nodeModel();
+    ASSERT_EQ(model.rowCount(), 1);
+    const QModelIndex name = model.index(0, model.columnOf(NodeColumn::name));
+    const QString disk = QString::fromStdString(dir / "disk");
+    EXPECT_EQ(name.data().toString(), "two?lines.bin");
+    EXPECT_EQ(name.data(NodeTableModel::folderRole).toString(), disk + "/odd?folder");
+    EXPECT_EQ(name.data(Qt::ToolTipRole).toString(), disk + "/odd?folder/two?lines.bin");
+}
+
 TEST_F(ScannedFilesTest, TheNodeMenuOffersWhatTheNodesAllow) {
     const ScanResult& scan = *state->scan();
     const FileNodePtr movies = scan.root->children.at(0)->name == "Movies"

@@ -177,7 +177,7 @@ void FilterBar::showFilter() {
     showChoice(category_, static_cast<int>(allStorageBuckets.size()) + 1,
                filter_.bucket ? static_cast<int>(*filter_.bucket) : anyChoice, QString());
     folder_->setVisible(filter_.pathPrefix.has_value());
-    folderPath_->setText(qtText(displayPath(filter_.pathPrefix.value_or(""))));
+    folderPath_->setText(nameText(displayPath(filter_.pathPrefix.value_or(""))));
 }
 
 } // namespace dorvik

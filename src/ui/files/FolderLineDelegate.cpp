@@ -53,7 +53,7 @@ void FolderLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     painter->setFont(option.font);
     painter->setPen(palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
     painter->drawText(QRect(textArea.left(), top, textArea.width(), nameMetrics.height()),
-                      Qt::AlignLeft | Qt::AlignVCenter,
+                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
                       nameMetrics.elidedText(name, Qt::ElideMiddle, textArea.width()));
     if (!folder.isEmpty()) {
         painter->setFont(smaller);
@@ -61,7 +61,7 @@ void FolderLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
                                  : Style::secondaryText(palette));
         painter->drawText(QRect(textArea.left(), top + nameMetrics.height(), textArea.width(),
                                 folderMetrics.height()),
-                          Qt::AlignLeft | Qt::AlignVCenter,
+                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
                           folderMetrics.elidedText(folder, Qt::ElideMiddle, textArea.width()));
     }
     painter->restore();

@@ -74,7 +74,7 @@ QMenu* makeNodeContextMenu(AppState& state, const std::vector<FileNodePtr>& node
     });
     menu->addSeparator();
     const QString deleteTitle = nodes.size() == 1
-                                    ? QObject::tr("Delete %1").arg(qtText(first->name))
+                                    ? QObject::tr("Delete %1").arg(nameText(first->name))
                                     : QObject::tr("Delete Items");
     menu->addAction(deleteTitle, [&state, nodes] { proposeNodeDeletion(state, nodes); });
     return menu;

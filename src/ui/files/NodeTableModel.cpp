@@ -46,7 +46,7 @@ std::string_view symbolOf(const FileNode& node) {
 QString text(NodeColumn column, const FileNode& node) {
     switch (column) {
     case NodeColumn::name:
-        return qtText(node.name);
+        return nameText(node.name);
     case NodeColumn::size:
         return qtText(TextForms::size(node.size));
     case NodeColumn::files:
@@ -151,11 +151,11 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
             return tr("No permission to read. Grant Full Disk Access.");
         }
         // Names repeat across folders: the whole path tells the rows apart.
-        return column == NodeColumn::name ? qtText(displayPath(row.path())) : QVariant();
+        return column == NodeColumn::name ? nameText(displayPath(row.path())) : QVariant();
     case folderRole:
         if (column == NodeColumn::name) {
             if (const FileNodePtr folder = row.parent.lock()) {
-                return qtText(displayPath(folder->path()));
+                return nameText(displayPath(folder->path()));
             }
         }
         return {};

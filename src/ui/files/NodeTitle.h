@@ -10,7 +10,7 @@
 namespace dorvik {
 
 inline QString nodeTitle(const FileNode& node) {
-    return node.parent.expired() ? qtText(displayPath(node.name)) : qtText(node.name);
+    return node.parent.expired() ? nameText(displayPath(node.name)) : nameText(node.name);
 }
 
 } // namespace dorvik

@@ -99,8 +99,8 @@ void PreviewWindow::showNode(const FileNodePtr& node) {
         return;
     }
     const std::string path = node->path();
-    setWindowTitle(qtText(node->name));
-    caption_->setText(qtText(node->name) + QStringLiteral(" · ") +
+    setWindowTitle(nameText(node->name));
+    caption_->setText(nameText(node->name) + QStringLiteral(" · ") +
                       qtText(TextForms::size(node->size)));
     QByteArray start;
     if (!node->isDirectory) {
@@ -117,7 +117,7 @@ void PreviewWindow::showNode(const FileNodePtr& node) {
         stack_->setCurrentWidget(text_);
     } else {
         facts_->setText(QStringLiteral("<b>%1</b><br><br>%2<br>%3 · %4<br>%5 %6")
-                            .arg(qtText(node->name).toHtmlEscaped(),
+                            .arg(nameText(node->name).toHtmlEscaped(),
                                  qtText(info(node->kind).displayName).toHtmlEscaped(),
                                  qtText(TextForms::size(node->size)),
                                  qtText(info(node->bucket).displayName).toHtmlEscaped(),

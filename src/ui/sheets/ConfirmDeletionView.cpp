@@ -245,11 +245,11 @@ void ConfirmDeletionView::fillList() {
         heading->setFlags(Qt::ItemIsEnabled);
         contentHeight += headingHeight;
         for (const PlanItem& item : items) {
-            auto* row = new QListWidgetItem(qtText(item.name), list_);
+            auto* row = new QListWidgetItem(nameText(item.name), list_);
             row->setData(isHeadingRole, false);
             row->setData(riskRole, static_cast<int>(risk));
             row->setData(reasonRole, qtText(item.verdict.reason));
-            row->setData(pathRole, qtText(displayPath(item.path)));
+            row->setData(pathRole, nameText(displayPath(item.path)));
             row->setData(sizeRole, qtText(TextForms::size(item.size)));
             row->setData(symbolRole, qtText(itemSymbol(item)));
             row->setFlags(Qt::ItemIsEnabled);

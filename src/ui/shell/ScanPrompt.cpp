@@ -113,7 +113,7 @@ void ScanPrompt::refresh() {
         const ScanProgressSnapshot& progress = state_.progress();
         ring_->setProgressText(filesText(progress.files));
         ring_->setDetail(qtText(TextForms::size(progress.bytes)));
-        currentPath_->setText(qtText(progress.currentPath));
+        currentPath_->setText(nameText(progress.currentPath));
         stack_->setCurrentIndex(static_cast<int>(Showing::scanning));
     } else {
         accessBanner_->setVisible(!state_.hasFullDiskAccess());

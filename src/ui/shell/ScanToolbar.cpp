@@ -112,7 +112,7 @@ void ScanToolbar::refresh() {
         const ScanProgressSnapshot& progress = state_.progress();
         progressLine_->setText(filesText(progress.files) + QStringLiteral(" · ") +
                                qtText(TextForms::size(progress.bytes)));
-        currentPath_->setText(qtText(progress.currentPath));
+        currentPath_->setText(nameText(progress.currentPath));
         stack_->setCurrentIndex(1);
         return;
     }

@@ -111,7 +111,7 @@ void MapSidePanel::refresh() {
             continue;
         }
         const FileNode& item = *items_[i];
-        row.name->setText(qtText(item.name));
+        row.name->setText(nameText(item.name));
         row.size->setText(qtText(TextForms::size(item.size)));
         row.share->setText(qtText(TextForms::percent(static_cast<double>(item.size), whole)));
         row.bar->setShare(whole >= 1 ? static_cast<double>(item.size) / whole : 0);

@@ -40,7 +40,7 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
         case date:
             return qtText(TextForms::abbreviatedDateTime(row.date));
         case item:
-            return qtText(std::filesystem::path(row.originalPath).filename().string());
+            return nameText(std::filesystem::path(row.originalPath).filename().string());
         case size:
             return qtText(TextForms::size(row.size));
         case method:
@@ -52,7 +52,7 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
         }
     }
     if (role == pathRole && index.column() == item) {
-        return qtText(displayPath(row.originalPath));
+        return nameText(displayPath(row.originalPath));
     }
     if (role == Qt::ForegroundRole && index.column() == method) {
         const QPalette palette = QGuiApplication::palette();

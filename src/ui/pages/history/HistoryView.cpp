@@ -189,7 +189,7 @@ void HistoryView::refreshFailures() {
         auto* symbol = new SymbolView("xmark.octagon.fill", Style::smallIcon);
         symbol->setTint(Style::Tint::danger);
         auto* path = new ElidedLabel;
-        path->setText(qtText(displayPath(failures[i].path)));
+        path->setText(nameText(displayPath(failures[i].path)));
         auto* reason = Style::label(qtText(failures[i].reason), Style::TextRole::caption);
         reason->setWordWrap(true);
         QVBoxLayout* lines = layOutWithLeadingSymbol(row, symbol, 0, Style::gap).column;
