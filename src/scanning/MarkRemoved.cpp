@@ -83,14 +83,14 @@ std::set<std::string> markRestored(ScanResult& scan, const std::set<std::string>
     }
     visitPaths(scan, restoredPaths,
                [&scan, &missing](const FileNodePtr& node, const std::string& path) {
+                   missing.erase(path);
                    if (!node->deleted) {
-                       return;
+                       return; // removed by another process: the scan never let it go
                    }
                    node->deleted = false;
                    addToAncestors(*node, +1);
                    addToKinds(scan, node, +1);
                    scan.bucketTotals[node->bucket] += node->size;
-                   missing.erase(path);
                });
     return missing;
 }

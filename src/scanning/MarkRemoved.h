@@ -17,8 +17,9 @@ void markRemoved(ScanResult& scan, const std::set<std::string>& removedPaths);
 
 // The way back after an undo: the deleted nodes whose real paths are in `restoredPaths` are
 // live again, with their numbers given back to their ancestors, their bucket and their kinds.
-// Returns the paths that name no deleted node of the tree (an item removed before this scan was
-// made, say); those come back only with the next scan.
+// A live node of such a path (removed by another process, so never marked here) stays as it is.
+// Returns the paths that name no node of the tree (an item removed before this scan was made,
+// say); those come back only with the next scan.
 std::set<std::string> markRestored(ScanResult& scan, const std::set<std::string>& restoredPaths);
 
 } // namespace dorvik
