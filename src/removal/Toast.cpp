@@ -22,6 +22,7 @@ Toast deletionToast(const DeletionReport& report, const std::vector<HistoryEntry
         toast.message = TextForms::size(report.movedToTrash) + " moved to the Trash";
     }
     const size_t refused = report.failures.size() + report.skippedProtected.size();
+    toast.warning = refused >= 1 || report.deletedPaths.empty();
     if (refused >= 1) {
         toast.detail =
             std::to_string(refused) + (failureDetails == FailureDetails::inHistory
@@ -40,7 +41,8 @@ Toast undoToast(int restoredCount) {
     return Toast{Uuid::make(),
                  std::to_string(restoredCount) + " item(s) restored",
                  "Scan again to see updated sizes.",
-                 {}};
+                 {},
+                 restoredCount == 0};
 }
 
 } // namespace dorvik

@@ -17,6 +17,7 @@ struct Toast {
     std::string message;
     std::optional<std::string> detail;
     std::vector<HistoryEntry> undoable; // what "Undo" would bring back
+    bool warning = false;               // something asked for did not happen
 
     bool operator==(const Toast&) const = default;
 };

@@ -163,15 +163,16 @@ TEST(Toast, AfterARunTheFiguresStayApart) {
         size_t skipped;
         std::string message;
         std::optional<std::string> detail;
+        bool warning; // drawn with a warning sign, not a check
     } cases[] = {
         {2'000'000'000, 1'000'000'000, 3, 1, 1, "2 GB freed \u00B7 1 GB in the Trash",
-         "2 item(s) couldn't be deleted. Details in History."},
-        {0, 0, 0, 2, 1, "Nothing was deleted",
-         "3 item(s) couldn't be deleted. Details in History."},
-        {0, 0, 2, 0, 0, "Zero KB freed", std::nullopt},
-        {1'500'000, 0, 1, 0, 0, "1.5 MB freed", std::nullopt},
-        {0, 250'000, 1, 0, 0, "250 KB moved to the Trash", std::nullopt},
-        {0, 0, 0, 0, 0, "Nothing was deleted", std::nullopt},
+         "2 item(s) couldn't be deleted. Details in History.", true},
+        {0, 0, 0, 2, 1, "Nothing was deleted", "3 item(s) couldn't be deleted. Details in History.",
+         true},
+        {0, 0, 2, 0, 0, "Zero KB freed", std::nullopt, false},
+        {1'500'000, 0, 1, 0, 0, "1.5 MB freed", std::nullopt, false},
+        {0, 250'000, 1, 0, 0, "250 KB moved to the Trash", std::nullopt, false},
+        {0, 0, 0, 0, 0, "Nothing was deleted", std::nullopt, true},
     };
     for (const auto& c : cases) {
         DeletionReport report;
@@ -183,6 +184,7 @@ TEST(Toast, AfterARunTheFiguresStayApart) {
         const Toast toast = deletionToast(report, {});
         EXPECT_EQ(toast.message, c.message);
         EXPECT_EQ(toast.detail, c.detail);
+        EXPECT_EQ(toast.warning, c.warning) << c.message;
         EXPECT_TRUE(toast.undoable.empty());
     }
     // A folder that went in part is not "nothing".

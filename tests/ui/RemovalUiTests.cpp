@@ -14,6 +14,7 @@
 #include "ui/shell/RootView.h"
 #include "ui/shell/SheetOverlay.h"
 #include "ui/shell/ToastView.h"
+#include "ui/widgets/SymbolView.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -224,6 +225,9 @@ TEST_F(RemovalUiTest, ANewerToastKeepsItsFullTime) {
     EXPECT_TRUE(waitUntil([&] { return !view->isVisible(); }, 2s)); // after its slide out
 
     state->showToast({"closing", "Third", std::nullopt, {}});
+    const QImage done = view->symbol()->grab().toImage();
+    state->showToast({"failed", "No file manager answered", std::nullopt, {}, true});
+    EXPECT_NE(view->symbol()->grab().toImage(), done); // a warning sign, not the check
     view->closeButton()->click();
     EXPECT_FALSE(state->toast());
 }

@@ -31,7 +31,8 @@ void revealPaths(AppState& state, const std::vector<std::string>& paths) {
     state.showToast(Toast{Uuid::make(),
                           "No file manager answered",
                           "Couldn't show " + displayPath(paths.front()) + ".",
-                          {}});
+                          {},
+                          true});
 }
 
 void proposeNodeDeletion(AppState& state, const std::vector<FileNodePtr>& nodes) {

@@ -39,8 +39,8 @@ ToastView::ToastView(AppState& state, std::chrono::milliseconds lifetime, QWidge
     shadow->setColor(QColor(0, 0, 0, 70));
     setGraphicsEffect(shadow);
 
-    auto* symbol = new SymbolView("checkmark.circle.fill", 24);
-    symbol->setTint(Style::Tint::positive);
+    symbol_ = new SymbolView("checkmark.circle.fill", 24);
+    symbol_->setTint(Style::Tint::positive);
     close_->setIcon(Symbols::icon("xmark", Style::Tint::secondary));
     close_->setAutoRaise(true);
     close_->setToolTip(tr("Close"));
@@ -51,9 +51,9 @@ ToastView::ToastView(AppState& state, std::chrono::milliseconds lifetime, QWidge
         }
     });
 
-    const LeadingSymbolLayout layout = layOutWithLeadingSymbol(this, symbol, 0, Style::gap + 2);
+    const LeadingSymbolLayout layout = layOutWithLeadingSymbol(this, symbol_, 0, Style::gap + 2);
     layout.row->setContentsMargins(Style::cardPadding, Style::gap + 2, Style::gap, Style::gap + 2);
-    layout.row->setAlignment(symbol, Qt::AlignVCenter);
+    layout.row->setAlignment(symbol_, Qt::AlignVCenter);
     layout.column->setSpacing(2);
     layout.column->addWidget(message_);
     layout.column->addWidget(detail_);
@@ -85,6 +85,8 @@ void ToastView::refresh() {
         }
         return;
     }
+    symbol_->setSymbol(toast->warning ? "exclamationmark.triangle.fill" : "checkmark.circle.fill");
+    symbol_->setTint(toast->warning ? Style::Tint::warning : Style::Tint::positive);
     message_->setText(qtText(toast->message));
     detail_->setText(toast->detail ? qtText(*toast->detail) : QString());
     detail_->setVisible(toast->detail.has_value());

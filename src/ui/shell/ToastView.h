@@ -18,6 +18,7 @@ class QToolButton;
 namespace dorvik {
 
 class AppState;
+class SymbolView;
 
 class ToastView : public QFrame {
 public:
@@ -26,6 +27,7 @@ public:
     QLabel* message() const { return message_; }
     QLabel* detail() const { return detail_; }
     QPushButton* undoButton() const { return undo_; }
+    SymbolView* symbol() const { return symbol_; }
     QToolButton* closeButton() const { return close_; }
 
     // Keeps the toast at the foot of its parent, in the middle, 20 pixels above the edge.
@@ -43,6 +45,7 @@ private:
     std::chrono::milliseconds lifetime_;
     std::string shownId_;
     QLabel* message_;
+    SymbolView* symbol_ = nullptr;
     QLabel* detail_;
     QPushButton* undo_;
     QToolButton* close_;
