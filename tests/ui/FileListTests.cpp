@@ -230,6 +230,17 @@ TEST_F(FileListTest, LongNamesSortPastTheirFirstSixteenBytes) {
     EXPECT_EQ(names(rows).back(), "SCREEN");
 }
 
+TEST_F(FileListTest, TheCategoryMenuHasRoomForEveryTitle) {
+    // Its open list is as wide as the menu, and a title cut in the middle
+    // ("Caches & Te…orary Files") reads as nonsense.
+    FilterBar bar;
+    QComboBox* menu = bar.categoryMenu();
+    for (int row = 0; row < menu->count(); ++row) {
+        EXPECT_GE(menu->minimumContentsLength(), menu->itemText(row).size())
+            << menu->itemText(row).toStdString();
+    }
+}
+
 TEST_F(FileListTest, FilterBarEditsTheFilterAndShowsOneSetElsewhere) {
     FilterBar bar;
     std::vector<FileFilter> changes;

@@ -71,7 +71,9 @@ FilterBar::FilterBar(QWidget* parent)
     // The menus keep a steady width whatever is chosen; their lists show every title whole.
     size_->setMinimumContentsLength(9);
     date_->setMinimumContentsLength(16);
-    category_->setMinimumContentsLength(16);
+    // Long enough for the longest category, "Caches & Temporary Files": the open list is as wide
+    // as the menu, and a title cut in the middle reads as nonsense.
+    category_->setMinimumContentsLength(24);
     for (QComboBox* menu : {size_, date_, category_}) {
         menu->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     }
