@@ -5,7 +5,7 @@
 //
 //   archive_bench [FOLDER]    (default /usr)
 
-#include "platform/Lzfse.h"
+#include "lzfse/Lzfse.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
 
@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
     }
 
     const std::vector<uint8_t> payload = dorvik::ScanArchive::encodePayload(*scan, target);
-    const size_t lzfse = dorvik::platform::Lzfse::encode(payload).size();
+    const size_t lzfse = dorvik::Lzfse::encode(payload).size();
     const auto ratio = [&](size_t compressed) {
         return static_cast<double>(payload.size()) / static_cast<double>(compressed);
     };

@@ -1,6 +1,6 @@
 #include "cleaning/JunkFinder.h"
 
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
 #include "platform/ResolvedPath.h"

@@ -2,7 +2,7 @@
 
 // What one junk rule finds on this disk now: the direct children of its folder that count.
 
-#include "cleaning/JunkRule.h"
+#include "catalogue/JunkRule.h"
 
 #include <cstdint>
 #include <optional>

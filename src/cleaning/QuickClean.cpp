@@ -1,6 +1,6 @@
 #include "cleaning/QuickClean.h"
 
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 
 namespace dorvik::QuickClean {
 

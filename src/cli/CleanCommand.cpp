@@ -2,12 +2,12 @@
 // selected rules (by default the rules Quick Clean ticks at first) go the way their rule says,
 // without a plan; the engine still refuses whatever is protected.
 
-#include "cleaning/JunkCatalogue.h"
+#include "base/TextForms.h"
+#include "catalogue/JunkCatalogue.h"
 #include "cleaning/QuickClean.h"
 #include "cli/Commands.h"
 #include "cli/FindJunk.h"
 #include "cli/RemovalRun.h"
-#include "system/TextForms.h"
 
 #include <algorithm>
 #include <iostream>

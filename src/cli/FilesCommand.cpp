@@ -1,8 +1,8 @@
+#include "base/Dates.h"
 #include "cli/Commands.h"
 #include "cli/ScanSource.h"
 #include "scanning/FileFilter.h"
 #include "scanning/FileListCsv.h"
-#include "system/Dates.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 // dorvik-cli history: the deletion log the application keeps, newest first.
 
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
 #include "removal/DeletionHistory.h"
-#include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 
 #include <nlohmann/json.hpp>
 

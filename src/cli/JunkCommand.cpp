@@ -1,9 +1,9 @@
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "cli/Commands.h"
 #include "cli/FindJunk.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
-#include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 
 #include <nlohmann/json.hpp>
 

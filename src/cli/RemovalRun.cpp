@@ -1,5 +1,6 @@
 #include "cli/RemovalRun.h"
 
+#include "base/PathNames.h"
 #include "cli/Arguments.h"
 #include "cli/TerminalText.h"
 #include "platform/Terminal.h"
@@ -7,7 +8,6 @@
 #include "removal/DeletionHistory.h"
 #include "removal/HistoryJournal.h"
 #include "removal/Toast.h"
-#include "scanning/ScanPaths.h"
 
 #include <iostream>
 

@@ -1,6 +1,8 @@
 // dorvik-cli remove: the plan that "Delete Items" makes of a selection, shown by risk, confirmed,
 // and carried out by the engine.
 
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "cli/Commands.h"
 #include "cli/RemovalRun.h"
 #include "cli/TerminalText.h"
@@ -9,8 +11,6 @@
 #include "removal/DeletionPlan.h"
 #include "removal/PlanTexts.h"
 #include "scanning/MeasureFolder.h"
-#include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 
 #include <iomanip>
 #include <iostream>

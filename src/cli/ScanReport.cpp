@@ -1,10 +1,10 @@
 #include "cli/ScanReport.h"
 
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
-#include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 
 #include <nlohmann/json.hpp>
 

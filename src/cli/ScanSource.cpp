@@ -1,5 +1,6 @@
 #include "cli/ScanSource.h"
 
+#include "base/TextForms.h"
 #include "cli/Arguments.h"
 #include "platform/FileSystem.h"
 #include "platform/Terminal.h"
@@ -7,7 +8,6 @@
 #include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
 #include "state/StoredExclusions.h"
-#include "system/TextForms.h"
 
 #include <iostream>
 

@@ -1,11 +1,11 @@
 // dorvik-cli undo: brings items back from the Trash to where they were, as the toast's "Undo"
 // and the History page's "Restore" do. Never over anything, never under a new name.
 
+#include "base/Uuid.h"
 #include "cli/Commands.h"
 #include "removal/DeletionHistory.h"
 #include "removal/Toast.h"
 #include "scanning/ScanPaths.h"
-#include "system/Uuid.h"
 
 #include <algorithm>
 #include <iostream>

@@ -1,5 +1,7 @@
 #include "platform/HomeDirectory.h"
 
+#include "base/PathNames.h"
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -8,17 +10,7 @@
 
 namespace dorvik::platform {
 
-namespace {
-
 // Paths are compared as text against the home folder, so "/home/me/" must read "/home/me".
-std::string withoutTrailingSlashes(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
-
-} // namespace
 
 std::string homeDirectory() {
     if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') {

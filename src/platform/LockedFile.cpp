@@ -1,5 +1,6 @@
 #include "platform/LockedFile.h"
 
+#include "base/PathNames.h"
 #include "platform/ApplicationSupport.h"
 #include "platform/FileIO.h"
 #include "platform/FileSystem.h"
@@ -15,17 +16,10 @@ namespace dorvik::platform {
 
 namespace {
 
+// A file named without a folder lies in the working folder.
 std::string folderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return ".";
-    }
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-std::string nameOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::string parent = parentPath(path);
+    return parent.empty() ? "." : parent;
 }
 
 // The writer's process of "<base>.tmp-<pid>-<number>", and the base; none for any other name.
@@ -73,7 +67,7 @@ LockedFile::LockedFile(std::string path) : path_(std::move(path)) {
         return;
     }
     lockDescriptor_ = fd;
-    sweepStaleTemporaries(folder, nameOf(path_));
+    sweepStaleTemporaries(folder, pathName(path_));
 }
 
 LockedFile::~LockedFile() {

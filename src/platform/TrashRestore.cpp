@@ -1,5 +1,6 @@
 #include "platform/TrashRestore.h"
 
+#include "base/PathNames.h"
 #include "platform/ApplicationSupport.h"
 #include "platform/FileSystem.h"
 
@@ -44,20 +45,6 @@ private:
     int fd_;
 };
 
-std::string parentOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
-}
-
-std::string nameOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
-std::string joined(const std::string& folder, const std::string& name) {
-    return folder == "/" ? "/" + name : folder + "/" + name;
-}
-
 std::optional<std::string> realPathOf(const std::string& path) {
     char* resolved = realpath(path.c_str(), nullptr);
     if (resolved == nullptr) {
@@ -77,7 +64,8 @@ bool isMountPoint(const std::string& folder) {
     struct statx inside {};
     struct statx above {};
     if (statx(AT_FDCWD, folder.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &inside) != 0 ||
-        statx(AT_FDCWD, parentOf(folder).c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &above) != 0) {
+        statx(AT_FDCWD, parentPath(folder).c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &above) !=
+            0) {
         return false;
     }
     if ((inside.stx_mask & above.stx_mask & STATX_MNT_ID) != 0) {
@@ -96,20 +84,20 @@ struct KnownTrash {
 
 std::optional<KnownTrash> knownTrash(const std::string& filesFolder) {
     const auto files = realPathOf(filesFolder);
-    if (!files || nameOf(*files) != "files") {
+    if (!files || pathName(*files) != "files") {
         return std::nullopt;
     }
-    const std::string trash = parentOf(*files);
+    const std::string trash = parentPath(*files);
     if (const auto home = realPathOf(dataHomeDirectory() + "/Trash"); home && *home == trash) {
         return KnownTrash{trash, ""};
     }
     const std::string uid = std::to_string(geteuid());
-    const std::string above = parentOf(trash);
-    if (nameOf(trash) == ".Trash-" + uid && isMountPoint(above)) {
+    const std::string above = parentPath(trash);
+    if (pathName(trash) == ".Trash-" + uid && isMountPoint(above)) {
         return KnownTrash{trash, above};
     }
-    if (nameOf(trash) == uid && nameOf(above) == ".Trash" && isMountPoint(parentOf(above))) {
-        return KnownTrash{trash, parentOf(above)};
+    if (pathName(trash) == uid && pathName(above) == ".Trash" && isMountPoint(parentPath(above))) {
+        return KnownTrash{trash, parentPath(above)};
     }
     return std::nullopt;
 }
@@ -158,28 +146,28 @@ std::optional<std::string> infoPathValue(const std::string& text, const KnownTra
     if (trash.top.empty() || value.empty()) {
         return std::nullopt;
     }
-    return joined(trash.top, value);
+    return childPath(trash.top, value);
 }
 
 // Where the system would put `originalPath` now: the folders above it resolved as far as they
 // exist, the missing ones appended as named. None for a path with "." or ".." among the missing.
 std::optional<std::string> placeNow(const std::string& originalPath) {
-    std::string folder = parentOf(originalPath);
+    std::string folder = parentPath(originalPath);
     std::vector<std::string> missing;
     std::optional<std::string> resolved;
     while (!(resolved = realPathOf(folder))) {
-        const std::string name = nameOf(folder);
+        const std::string name = pathName(folder);
         if (errno != ENOENT || folder == "/" || name.empty() || name == "." || name == "..") {
             return std::nullopt;
         }
         missing.push_back(name);
-        folder = parentOf(folder);
+        folder = parentPath(folder);
     }
     std::string place = *resolved;
     for (auto name = missing.rbegin(); name != missing.rend(); ++name) {
-        place = joined(place, *name);
+        place = childPath(place, *name);
     }
-    return joined(place, nameOf(originalPath));
+    return childPath(place, pathName(originalPath));
 }
 
 // Opens `folder` from "/" one component at a time, never following a link, making what is
@@ -254,13 +242,13 @@ std::string trashInfoUnescaped(const std::string& value) {
 std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
                                           const std::string& originalPath,
                                           const std::optional<ItemIdentity>& expected) {
-    const std::string name = nameOf(trashedPath);
-    const std::string leaf = nameOf(originalPath);
+    const std::string name = pathName(trashedPath);
+    const std::string leaf = pathName(originalPath);
     if (!originalPath.starts_with('/') || leaf.empty() || leaf == "." || leaf == ".." ||
         name.empty()) {
         return fileErrorFromNumber(EINVAL);
     }
-    const auto trash = knownTrash(parentOf(trashedPath));
+    const auto trash = knownTrash(parentPath(trashedPath));
     if (!trash) {
         return refusal("It does not lie in a Trash that Dorvik uses.");
     }
@@ -292,7 +280,7 @@ std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
         return refusal("Its Trash information names another place.");
     }
     Descriptor parent;
-    if (auto error = openFolderCreating(parentOf(*infoPath), parent)) {
+    if (auto error = openFolderCreating(parentPath(*infoPath), parent)) {
         return error;
     }
     if (const int error = renameNoReplaceAt(files.get(), name, parent.get(), leaf); error != 0) {
@@ -308,9 +296,9 @@ std::optional<ItemIdentity> settleTrashClaim(const TrashClaim& claim) {
     if (occupied && st.st_dev == claim.item.device && st.st_ino == claim.item.inode) {
         return claim.item;
     }
-    const std::string folder = parentOf(claim.infoPath);
+    const std::string folder = parentPath(claim.infoPath);
     const Descriptor info(open(folder.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    const std::string infoName = nameOf(claim.infoPath);
+    const std::string infoName = pathName(claim.infoPath);
     const auto text = info.valid() ? readSmallFile(info.get(), infoName) : std::nullopt;
     if (!text) {
         return std::nullopt;

@@ -1,12 +1,12 @@
 #include "removal/DeletionEngine.h"
 
+#include "base/Dates.h"
+#include "base/Uuid.h"
 #include "platform/PinnedFolder.h"
 #include "platform/RemoveItem.h"
 #include "platform/Trash.h"
 #include "removal/HistoryJournal.h"
 #include "removal/SafetyRules.h"
-#include "system/Dates.h"
-#include "system/Uuid.h"
 
 #include <cerrno>
 

@@ -1,8 +1,9 @@
 #include "removal/DeletionPlan.h"
 
+#include "base/PathNames.h"
+#include "base/Uuid.h"
 #include "platform/ResolvedPath.h"
 #include "removal/SafetyRules.h"
-#include "system/Uuid.h"
 
 #include <set>
 
@@ -14,11 +15,11 @@ bool goes(const PlanItem& item, bool includeReview) {
     return item.verdict.risk == Risk::safe || (item.verdict.risk == Risk::review && includeReview);
 }
 
-// Whether another path of the set, followed by "/", begins `path`: one of its folders.
+// Whether one of the folders holding `path`, the root aside, is itself in the set.
 bool hasAncestorIn(const std::set<std::string>& paths, const std::string& path) {
-    for (size_t slash = path.rfind('/'); slash != std::string::npos;
-         slash = slash == 0 ? std::string::npos : path.rfind('/', slash - 1)) {
-        if (paths.contains(path.substr(0, slash))) {
+    for (std::string folder = parentPath(path); !folder.empty() && folder != "/";
+         folder = parentPath(folder)) {
+        if (paths.contains(folder)) {
             return true;
         }
     }
@@ -30,8 +31,7 @@ bool hasAncestorIn(const std::set<std::string>& paths, const std::string& path) 
 PlanItem makePlanItem(const std::string& givenPath, int64_t size, Removal removal) {
     // The path the removal would act on, so that the user sees and the rules judge what would go.
     std::string path = platform::withResolvedFolders(givenPath);
-    const size_t slash = path.rfind('/');
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    std::string name = pathName(path);
     SafetyVerdict verdict = SafetyRules::verdict(path);
     return PlanItem{std::move(path), std::move(name), size, removal, std::move(verdict)};
 }

@@ -4,8 +4,8 @@
 // verdict the user saw; only what the user confirms becomes a request for the engine, which asks
 // the safety rules again.
 
+#include "catalogue/Removal.h"
 #include "removal/DeletionRequest.h"
-#include "removal/Removal.h"
 #include "removal/SafetyVerdict.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "removal/DeletionRequest.h"
 
-#include "system/Uuid.h"
+#include "base/Uuid.h"
 
 namespace dorvik {
 

@@ -3,7 +3,7 @@
 // What the removal engine is asked to do, and what it answers: one request per item, a report per
 // run.
 
-#include "removal/Removal.h"
+#include "catalogue/Removal.h"
 
 #include <cstdint>
 #include <string>

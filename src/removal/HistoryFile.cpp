@@ -1,8 +1,8 @@
 #include "removal/HistoryFile.h"
 
+#include "base/Dates.h"
+#include "base/Uuid.h"
 #include "platform/JsonCoding.h"
-#include "system/Dates.h"
-#include "system/Uuid.h"
 
 namespace dorvik::HistoryFile {
 

@@ -1,5 +1,6 @@
 #include "removal/HistoryJournal.h"
 
+#include "base/PathNames.h"
 #include "platform/ApplicationSupport.h"
 #include "platform/FileIO.h"
 #include "platform/FileSystem.h"
@@ -24,18 +25,8 @@ using platform::JsonCoding::unescapedPath;
 
 constexpr std::string_view journalMarker = ".journal-";
 
-std::string folderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : (slash == 0 ? "/" : path.substr(0, slash));
-}
-
-std::string nameOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 std::string newJournalPath(const std::string& historyFile) {
-    platform::makePrivateFolder(folderOf(historyFile));
+    platform::makePrivateFolder(parentPath(historyFile));
     static thread_local std::mt19937_64 random{std::random_device{}()};
     return historyFile + std::string(journalMarker) + std::to_string(getpid()) + "-" +
            std::to_string(random());
@@ -140,13 +131,13 @@ void HistoryJournal::recorded(const HistoryEntry& entry) {
 
 std::vector<std::string> leftOverJournals(const std::string& historyFile) {
     std::vector<std::string> journals;
-    const std::string folder = folderOf(historyFile);
+    const std::string folder = parentPath(historyFile);
     const auto names = platform::directoryEntries(folder);
     if (!names) {
         return journals;
     }
     for (const std::string& name : *names) {
-        const auto pid = journalProcess(name, nameOf(historyFile));
+        const auto pid = journalProcess(name, pathName(historyFile));
         if (pid && !platform::processIsAlive(*pid)) {
             journals.push_back(folder + "/" + name);
         }

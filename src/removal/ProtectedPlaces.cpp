@@ -1,5 +1,6 @@
 #include "removal/ProtectedPlaces.h"
 
+#include "base/PathNames.h"
 #include "platform/HomeDirectory.h"
 #include "removal/SafetyRules.h"
 
@@ -35,16 +36,6 @@ constexpr std::string_view holdsProtectedReason =
 
 SafetyVerdict guarded(std::string_view reason) {
     return SafetyVerdict{Risk::protected_, std::string(reason)};
-}
-
-bool isAtOrUnder(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-// `place` lies somewhere below the folder `path`.
-bool holds(std::string_view path, std::string_view place) {
-    return place.size() > path.size() && place.starts_with(path) &&
-           (path == "/" || place[path.size()] == '/');
 }
 
 std::string below(const std::string& folder, std::string_view relative) {
@@ -107,11 +98,11 @@ std::optional<SafetyVerdict> verdict(std::string_view path, const std::string& h
             return guarded(row.reason);
         }
     }
-    if (holds(path, home)) {
+    if (isUnder(home, path)) {
         return guarded(holdsHomeReason);
     }
     for (const std::string& place : protectedPlaces(home, dataHome, otherHomes)) {
-        if (holds(path, place)) {
+        if (isUnder(place, path)) {
             return guarded(holdsProtectedReason);
         }
     }

@@ -1,12 +1,12 @@
 #include "removal/SafetyRules.h"
 
-#include "cleaning/JunkCatalogue.h"
+#include "base/PathNames.h"
+#include "catalogue/JunkCatalogue.h"
 #include "platform/Bundle.h"
 #include "platform/HomeDirectory.h"
 #include "platform/ResolvedPath.h"
 #include "platform/RunningApplications.h"
 #include "removal/ProtectedPlaces.h"
-#include "scanning/ScanPaths.h"
 
 #include <algorithm>
 #include <array>
@@ -101,11 +101,6 @@ constexpr std::string_view applicationReason = "Application. Use Uninstall to re
 
 SafetyVerdict answer(Risk risk, std::string_view reason) {
     return SafetyVerdict{risk, std::string(reason)};
-}
-
-// `path` is `folder` itself or lies below it.
-bool isAtOrUnder(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
 size_t pieceCount(std::string_view path) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "removal/Risk.h"
+#include "catalogue/Risk.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #include "removal/Toast.h"
 
-#include "system/TextForms.h"
-#include "system/Uuid.h"
+#include "base/TextForms.h"
+#include "base/Uuid.h"
 
 namespace dorvik {
 

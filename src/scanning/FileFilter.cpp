@@ -1,8 +1,8 @@
 #include "scanning/FileFilter.h"
 
+#include "base/Dates.h"
+#include "base/PathNames.h"
 #include "platform/CaseFolding.h"
-#include "scanning/ScanPaths.h"
-#include "system/Dates.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #include "scanning/FileListCsv.h"
 
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "platform/FileIO.h"
-#include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 
 namespace dorvik {
 

@@ -1,15 +1,17 @@
 #include "scanning/MarkRemoved.h"
 
+#include "base/PathNames.h"
+
 #include <vector>
 
 namespace dorvik {
 
 namespace {
 
+// The set is sorted, so the first path not before "<folder>/" is the only one to look at.
 bool anyPathBelow(const std::set<std::string>& paths, const std::string& directoryPath) {
-    const std::string prefix = directoryPath.ends_with('/') ? directoryPath : directoryPath + '/';
-    const auto candidate = paths.lower_bound(prefix);
-    return candidate != paths.end() && candidate->starts_with(prefix);
+    const auto candidate = paths.lower_bound(childPath(directoryPath, ""));
+    return candidate != paths.end() && isUnder(*candidate, directoryPath);
 }
 
 // `sign` -1 takes the node's numbers off its ancestors, +1 gives them back.

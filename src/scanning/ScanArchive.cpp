@@ -1,8 +1,8 @@
 #include "scanning/ScanArchive.h"
 
+#include "lzfse/Lzfse.h"
 #include "platform/ApplicationSupport.h"
 #include "platform/FileIO.h"
-#include "platform/Lzfse.h"
 
 #include <bit>
 #include <cstring>
@@ -365,11 +365,11 @@ std::string defaultPath() {
 
 bool write(const ScanResult& scan, const ScanTarget& target, const std::string& path) {
     const std::vector<uint8_t> payload = encodePayload(scan, target);
-    return platform::writeFileAtomically(path, platform::Lzfse::encode(payload));
+    return platform::writeFileAtomically(path, Lzfse::encode(payload));
 }
 
 std::optional<ArchivedScan> decodeArchive(std::span<const uint8_t> file, const Limits& limits) {
-    const auto payload = platform::Lzfse::decode(file, limits.largestPayload);
+    const auto payload = Lzfse::decode(file, limits.largestPayload);
     if (!payload) {
         return std::nullopt;
     }

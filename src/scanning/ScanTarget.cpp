@@ -1,25 +1,10 @@
 #include "scanning/ScanTarget.h"
 
+#include "base/PathNames.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
-#include "scanning/ScanPaths.h"
 
 namespace dorvik {
-
-namespace {
-
-std::string lastPathComponent(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    const size_t slash = path.rfind('/');
-    if (slash == std::string::npos || path == "/") {
-        return path;
-    }
-    return path.substr(slash + 1);
-}
-
-} // namespace
 
 std::string ScanTarget::rootPath() const {
     switch (kind_) {
@@ -37,7 +22,7 @@ std::string ScanTarget::rootPath() const {
 std::string ScanTarget::title() const {
     switch (kind_) {
     case Kind::folder:
-        return lastPathComponent(folderPath_);
+        return pathName(folderPath_);
     case Kind::wholeDisk:
         return "Entire disk";
     case Kind::home:

@@ -1,9 +1,9 @@
 #include "scanning/Scanner.h"
 
+#include "base/PathNames.h"
 #include "platform/DirectoryWalk.h"
 #include "scanning/Classification.h"
 #include "scanning/HardLinkKey.h"
-#include "scanning/ScanPaths.h"
 
 #include <array>
 #include <chrono>

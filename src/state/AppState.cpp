@@ -1,9 +1,9 @@
 #include "state/AppState.h"
 
+#include "base/PathNames.h"
 #include "removal/HistoryJournal.h"
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
-#include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
 #include "state/Settings.h"
 #include "state/StoredExclusions.h"

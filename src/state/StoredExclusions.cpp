@@ -1,6 +1,6 @@
 #include "state/StoredExclusions.h"
 
-#include "scanning/ScanPaths.h"
+#include "base/PathNames.h"
 #include "state/Settings.h"
 
 #include <QSettings>

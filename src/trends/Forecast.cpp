@@ -1,7 +1,7 @@
 #include "trends/Forecast.h"
 
-#include "system/Dates.h"
-#include "system/TextForms.h"
+#include "base/Dates.h"
+#include "base/TextForms.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "trends/ScanSnapshot.h"
 
-#include "scanning/ScanPaths.h"
-#include "system/Uuid.h"
+#include "base/PathNames.h"
+#include "base/Uuid.h"
 
 #include <algorithm>
 #include <vector>
@@ -38,10 +38,10 @@ ScanSnapshot makeScanSnapshot(const ScanResult& result, double date) {
         if (current.depth >= snapshotFolderDepth || current.node->isPackage) {
             continue;
         }
-        const std::string prefix = current.path.ends_with('/') ? current.path : current.path + "/";
         for (const FileNodePtr& child : current.node->children) {
             if (child->isDirectory && !child->deleted && child->size >= snapshotFolderFloor) {
-                pending.push_back({child.get(), current.depth + 1, prefix + child->name});
+                pending.push_back(
+                    {child.get(), current.depth + 1, childPath(current.path, child->name)});
             }
         }
     }

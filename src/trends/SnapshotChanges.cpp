@@ -1,5 +1,7 @@
 #include "trends/SnapshotChanges.h"
 
+#include "base/PathNames.h"
+
 #include <algorithm>
 #include <limits>
 #include <map>
@@ -28,13 +30,6 @@ int64_t sizeIn(const std::map<std::string, int64_t>& sizes, const std::string& k
     return found == sizes.end() ? 0 : found->second;
 }
 
-std::string withoutTrailingSlashes(std::string path) {
-    while (path.size() > 1 && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
-
 template <typename Row> void sortByMagnitude(std::vector<Row>& rows, auto change) {
     std::stable_sort(rows.begin(), rows.end(), [&change](const Row& a, const Row& b) {
         return magnitude(change(a)) > magnitude(change(b));
@@ -51,21 +46,6 @@ int64_t sizeChange(int64_t before, int64_t after) {
     return std::clamp(difference, -largest, largest);
 }
 
-std::string parentFolder(const std::string& path) {
-    const std::string trimmed = withoutTrailingSlashes(path);
-    if (trimmed == "/") {
-        return "/";
-    }
-    const size_t slash = trimmed.rfind('/');
-    if (slash == std::string::npos) {
-        return "";
-    }
-    if (slash == 0) {
-        return "/";
-    }
-    return withoutTrailingSlashes(trimmed.substr(0, slash));
-}
-
 std::vector<FolderChange> folderChanges(const ScanSnapshot& older, const ScanSnapshot& newer,
                                         int64_t threshold, size_t limit) {
     if (older.root != newer.root) {
@@ -80,7 +60,7 @@ std::vector<FolderChange> folderChanges(const ScanSnapshot& older, const ScanSna
     }
     std::map<std::string, std::vector<std::string>> children;
     for (const std::string& path : paths) {
-        std::string parent = parentFolder(path);
+        std::string parent = parentPath(path);
         if (path != newer.root && parent != path) {
             children[std::move(parent)].push_back(path);
         }

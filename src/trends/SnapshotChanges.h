@@ -44,9 +44,6 @@ struct BucketChange {
     bool operator==(const BucketChange&) const = default;
 };
 
-// The folder without its last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".
-std::string parentFolder(const std::string& path);
-
 // The folders whose change of at least `threshold` bytes nothing deeper explains, with a
 // remainder row where a folder changed by at least `threshold` more than its listed subfolders
 // did; largest change first, at most `limit` rows. Empty for snapshots of different roots.

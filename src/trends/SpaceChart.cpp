@@ -1,6 +1,6 @@
 #include "trends/SpaceChart.h"
 
-#include "system/Dates.h"
+#include "base/Dates.h"
 
 #include <algorithm>
 

@@ -1,24 +1,9 @@
 #include "trends/TrendTexts.h"
 
-#include "system/TextForms.h"
+#include "base/PathNames.h"
+#include "base/TextForms.h"
 
 namespace dorvik::TrendTexts {
-
-namespace {
-
-std::string lastComponent(const std::string& path) {
-    std::string trimmed = path;
-    while (trimmed.size() > 1 && trimmed.back() == '/') {
-        trimmed.pop_back();
-    }
-    if (trimmed == "/") {
-        return "/";
-    }
-    const size_t slash = trimmed.rfind('/');
-    return slash == std::string::npos ? trimmed : trimmed.substr(slash + 1);
-}
-
-} // namespace
 
 std::string firstMeasurementText(double date, double now) {
     return "First measurement saved " + TextForms::relativeDate(date, now) +
@@ -35,7 +20,7 @@ std::string scannedRangeText(const ScanSnapshot& older, const ScanSnapshot& newe
 }
 
 std::string folderRowTitle(const FolderChange& change) {
-    const std::string name = lastComponent(change.path);
+    const std::string name = pathName(change.path);
     return change.isRemainder ? "Other items in " + name : name;
 }
 

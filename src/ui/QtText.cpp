@@ -1,6 +1,6 @@
 #include "ui/QtText.h"
 
-#include "system/TextForms.h"
+#include "base/TextForms.h"
 
 #include <QObject>
 

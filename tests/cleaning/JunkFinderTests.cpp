@@ -1,4 +1,4 @@
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 #include "cleaning/JunkFinder.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"

@@ -1,4 +1,4 @@
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 #include "cleaning/QuickClean.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // dorvik-cli clean end to end: Quick Clean's rules in a home of the test's own.
 
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 #include "cli/CliRun.h"
 #include "support/TestHome.h"
 

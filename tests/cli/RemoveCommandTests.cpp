@@ -1,9 +1,9 @@
 // dorvik-cli remove, history and undo end to end, in a home and data folder of the test's own.
 
+#include "base/TextForms.h"
 #include "cli/CliRun.h"
 #include "support/ScratchMount.h"
 #include "support/TestHome.h"
-#include "system/TextForms.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,7 @@
 // Arbitrary bytes into the LZFSE decoder: it must never crash, touch memory out of bounds, hang
 // or go past its output limit. Whatever decodes is encoded again and must come back unchanged.
 
-#include "platform/Lzfse.h"
+#include "lzfse/Lzfse.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Arbitrary bytes through the LZFSE encoder and back: the stream must decode to exactly the
 // input, within an output limit of the input's size.
 
-#include "platform/Lzfse.h"
+#include "lzfse/Lzfse.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,7 @@
 // The removal engine on real files, in a home and data folder of the test's own: the last-moment
 // refusal, the two ways of going, and every failure in words.
 
+#include "base/Dates.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionPlan.h"
 #include "support/Bundles.h"
@@ -8,7 +9,6 @@
 #include "support/ScratchMount.h"
 #include "support/TestHome.h"
 #include "support/Unprivileged.h"
-#include "system/Dates.h"
 
 #include <gtest/gtest.h>
 

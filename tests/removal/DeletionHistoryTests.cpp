@@ -1,12 +1,12 @@
 // The deletion history: its file, its cap, restoring and undo, on real files in a home and data
 // folder of the test's own.
 
+#include "base/Dates.h"
 #include "platform/Trash.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
 #include "removal/HistoryFile.h"
 #include "support/TestHome.h"
-#include "system/Dates.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

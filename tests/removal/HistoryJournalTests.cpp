@@ -4,13 +4,13 @@
 // sweeps Dorvik's own stale temporary files. The kills are real: a forked child ends with _exit
 // at the moment under test.
 
+#include "base/Dates.h"
+#include "base/Uuid.h"
 #include "platform/Trash.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
 #include "removal/HistoryJournal.h"
 #include "support/TestHome.h"
-#include "system/Dates.h"
-#include "system/Uuid.h"
 
 #include <gtest/gtest.h>
 

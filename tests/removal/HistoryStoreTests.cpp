@@ -2,10 +2,10 @@
 // path survives, a file that cannot be ours is refused before it is parsed, and the folder and
 // files are private. Real processes (fork) on a data folder of the test's own.
 
+#include "base/Dates.h"
 #include "removal/DeletionHistory.h"
 #include "removal/HistoryFile.h"
 #include "support/TestHome.h"
-#include "system/Dates.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cleaning/JunkCatalogue.h"
+#include "catalogue/JunkCatalogue.h"
 #include "removal/SafetyRules.h"
 #include "support/Bundles.h"
 #include "support/ChildProcess.h"

@@ -3,11 +3,11 @@
 // that was removed, and never through a link in the folders above that place. Each refusal is
 // named. Real files in a home and data folder of the test's own.
 
+#include "base/Dates.h"
+#include "base/Uuid.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
 #include "support/TestHome.h"
-#include "system/Dates.h"
-#include "system/Uuid.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
+#include "base/PathNames.h"
 #include "scanning/FileNode.h"
 #include "scanning/MarkRemoved.h"
-#include "scanning/ScanPaths.h"
 #include "scanning/ScanTarget.h"
 
 #include <gtest/gtest.h>
@@ -93,29 +93,6 @@ TEST(FileTree, DeepTreesAreTornDownWithoutRecursion) {
             std::exit(whole ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
-}
-
-TEST(FileTree, CanonicalAndDisplayPaths) {
-    const struct {
-        std::string path;
-        std::string canonical;
-        std::string display; // with home /Users/ann
-    } cases[] = {
-        {"/System/Volumes/Data", "/", "/"},
-        {"/System/Volumes/Data/", "/", "/"},
-        {"/System/Volumes/Data/Users/ann", "/Users/ann", "~"},
-        {"/System/Volumes/Data/Users/ann/Documents", "/Users/ann/Documents", "~/Documents"},
-        {"/System/Volumes/Database", "/System/Volumes/Database", "/System/Volumes/Database"},
-        {"/Users/ann", "/Users/ann", "~"},
-        {"/Users/ann/", "/Users/ann/", "~/"},
-        {"/Users/annabel", "/Users/annabel", "/Users/annabel"},
-        {"/tmp", "/tmp", "/tmp"},
-        {"", "", ""},
-    };
-    for (const auto& [path, canonical, display] : cases) {
-        EXPECT_EQ(canonicalPath(path), canonical) << path;
-        EXPECT_EQ(displayPath(path, "/Users/ann"), display) << path;
-    }
 }
 
 TEST(FileTree, ScanTargets) {

@@ -1,6 +1,7 @@
 // AppState's removal flows under a real event loop: a plan proposed and executed, the engine on a
 // worker, the history, the model, the toast and undo. Each test has its own home and data folder.
 
+#include "base/TextForms.h"
 #include "scanning/FileNode.h"
 #include "state/AppState.h"
 #include "state/Settings.h"
@@ -8,7 +9,6 @@
 #include "support/ScratchMount.h"
 #include "support/TempDir.h"
 #include "support/TestHome.h"
-#include "system/TextForms.h"
 
 #include <QSettings>
 #include <gtest/gtest.h>

@@ -2,13 +2,13 @@
 // the application is open shows in the application, and the application's own writes keep it.
 // The other process is real (fork); the event loop is real.
 
+#include "base/Dates.h"
+#include "base/Uuid.h"
 #include "removal/DeletionHistory.h"
 #include "state/AppState.h"
 #include "state/Settings.h"
 #include "support/EventLoop.h"
 #include "support/TestHome.h"
-#include "system/Dates.h"
-#include "system/Uuid.h"
 #include "trends/TrendStore.h"
 
 #include <QSettings>

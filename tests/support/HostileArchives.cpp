@@ -1,6 +1,6 @@
 #include "support/HostileArchives.h"
 
-#include "platform/Lzfse.h"
+#include "lzfse/Lzfse.h"
 #include "scanning/ScanArchive.h"
 
 #include <fstream>
@@ -45,7 +45,7 @@ void setChildCount(std::vector<uint8_t>& record, size_t count) {
 
 // The blocks of a stream without its end: streams made apart join into one by their blocks.
 std::vector<uint8_t> blocksOf(const std::vector<uint8_t>& bytes) {
-    std::vector<uint8_t> stream = platform::Lzfse::encode(bytes);
+    std::vector<uint8_t> stream = Lzfse::encode(bytes);
     stream.resize(stream.size() - endOfStreamBytes);
     return stream;
 }
@@ -120,7 +120,7 @@ std::vector<uint8_t> zerosArchive(size_t bytes) {
 }
 
 std::vector<uint8_t> compressed(const std::vector<uint8_t>& payload) {
-    return platform::Lzfse::encode(payload);
+    return Lzfse::encode(payload);
 }
 
 void writeBytes(const std::string& path, const std::vector<uint8_t>& bytes) {

@@ -1,6 +1,6 @@
+#include "base/Uuid.h"
 #include "scanning/Scanner.h"
 #include "support/TempDir.h"
-#include "system/Uuid.h"
 #include "trends/ScanSnapshot.h"
 
 #include <gtest/gtest.h>

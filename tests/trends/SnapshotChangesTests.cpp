@@ -20,16 +20,6 @@ ScanSnapshot snapshot(const std::string& id, std::map<std::string, int64_t> fold
     return {id, 0, std::move(root), total, std::move(buckets), std::move(folders)};
 }
 
-TEST(SnapshotChanges, ParentFolder) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"/a/b", "/a"},  {"/a", "/"}, {"/", "/"},      {"a", ""},   {"a/b", "a"},
-        {"/a/b/", "/a"}, {"", ""},    {"/a//b", "/a"}, {"//", "/"},
-    };
-    for (const auto& [path, parent] : cases) {
-        EXPECT_EQ(parentFolder(path), parent) << path;
-    }
-}
-
 TEST(SnapshotChanges, RowsNameTheDeepestFoldersThatExplainAChange) {
     const struct {
         std::string name;

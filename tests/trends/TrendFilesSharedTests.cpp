@@ -2,8 +2,8 @@
 // put there: concurrent writers lose nothing, any path survives, and a file that cannot be ours
 // is refused before it is parsed. Real processes (fork) on a temporary folder.
 
+#include "base/Uuid.h"
 #include "support/TempDir.h"
-#include "system/Uuid.h"
 #include "trends/TrendFiles.h"
 #include "trends/TrendStore.h"
 

@@ -1,7 +1,7 @@
+#include "base/Uuid.h"
 #include "platform/FileIO.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
-#include "system/Uuid.h"
 #include "trends/TrendFiles.h"
 #include "trends/TrendStore.h"
 

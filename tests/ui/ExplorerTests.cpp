@@ -3,7 +3,7 @@
 
 #include "NodeShapes.h"
 #include "UiTest.h"
-#include "system/TextForms.h"
+#include "base/TextForms.h"
 #include "ui/files/FilesTable.h"
 #include "ui/pages/explorer/Breadcrumbs.h"
 #include "ui/pages/explorer/ExplorerView.h"

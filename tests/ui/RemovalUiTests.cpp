@@ -1,12 +1,12 @@
 // The removal side of the window: the confirmation sheet, the toast and the History page, over a
 // real AppState, real files in a home of the test's own, and the real Trash of that home.
 
+#include "base/TextForms.h"
 #include "removal/DeletionHistory.h"
 #include "state/AppState.h"
 #include "state/Settings.h"
 #include "support/EventLoop.h"
 #include "support/TestHome.h"
-#include "system/TextForms.h"
 #include "ui/Appearance.h"
 #include "ui/pages/history/HistoryModel.h"
 #include "ui/pages/history/HistoryView.h"

@@ -1,7 +1,7 @@
 #include "UiTest.h"
+#include "base/Dates.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
-#include "system/Dates.h"
 #include "ui/shell/ScanToolbar.h"
 #include "ui/widgets/ElidedLabel.h"
 

@@ -1,5 +1,5 @@
 #include "UiTest.h"
-#include "system/Dates.h"
+#include "base/Dates.h"
 #include "ui/Appearance.h"
 #include "ui/pages/ScanPage.h"
 #include "ui/sheets/SettingsView.h"

@@ -1,6 +1,6 @@
 #include "NodeShapes.h"
 #include "UiTest.h"
-#include "system/TextForms.h"
+#include "base/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/pages/explorer/MapSidePanel.h"
 #include "ui/pages/explorer/SunburstView.h"

@@ -1,4 +1,4 @@
-#include "removal/Risk.h"
+#include "catalogue/Risk.h"
 #include "scanning/FileKind.h"
 #include "scanning/StorageBucket.h"
 #include "state/AppSection.h"

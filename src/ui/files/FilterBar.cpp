@@ -1,7 +1,7 @@
 #include "ui/files/FilterBar.h"
 
+#include "base/TextForms.h"
 #include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"

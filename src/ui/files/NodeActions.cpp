@@ -1,10 +1,10 @@
 #include "ui/files/NodeActions.h"
 
+#include "base/Uuid.h"
 #include "removal/DeletionPlan.h"
 #include "removal/SafetyRules.h"
 #include "scanning/ScanPaths.h"
 #include "state/AppState.h"
-#include "system/Uuid.h"
 #include "ui/Desktop.h"
 #include "ui/QtText.h"
 

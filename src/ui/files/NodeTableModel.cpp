@@ -1,8 +1,8 @@
 #include "ui/files/NodeTableModel.h"
 
+#include "base/TextForms.h"
 #include "removal/SafetyRules.h"
 #include "scanning/ScanPaths.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Symbols.h"
 

@@ -1,7 +1,7 @@
 #include "ui/files/PreviewWindow.h"
 
+#include "base/TextForms.h"
 #include "platform/PeekFile.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/widgets/PictureView.h"

@@ -1,10 +1,10 @@
 #include "ui/sheets/ConfirmDeletionView.h"
 
+#include "base/TextForms.h"
 #include "removal/PlanTexts.h"
 #include "scanning/Classification.h"
 #include "scanning/ScanPaths.h"
 #include "state/AppState.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"

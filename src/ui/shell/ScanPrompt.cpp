@@ -1,7 +1,7 @@
 #include "ui/shell/ScanPrompt.h"
 
+#include "base/TextForms.h"
 #include "state/AppState.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/shell/FullDiskAccessBanner.h"

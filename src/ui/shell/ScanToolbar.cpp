@@ -1,10 +1,10 @@
 #include "ui/shell/ScanToolbar.h"
 
+#include "base/Dates.h"
+#include "base/TextForms.h"
 #include "platform/HomeDirectory.h"
 #include "state/AppState.h"
 #include "state/ScanStaleness.h"
-#include "system/Dates.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"

@@ -3,7 +3,7 @@
 // The small mark of a risk: its symbol and, unless compact, its label, in the risk's colour on a
 // pale capsule. Lists draw it with paintRiskBadge; elsewhere it is a widget.
 
-#include "removal/Risk.h"
+#include "catalogue/Risk.h"
 #include "ui/Style.h"
 
 #include <QWidget>

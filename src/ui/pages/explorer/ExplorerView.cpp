@@ -1,8 +1,8 @@
 #include "ui/pages/explorer/ExplorerView.h"
 
+#include "base/TextForms.h"
 #include "state/AppState.h"
 #include "state/Settings.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/files/FilesTable.h"

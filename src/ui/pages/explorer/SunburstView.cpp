@@ -1,6 +1,6 @@
 #include "ui/pages/explorer/SunburstView.h"
 
-#include "system/TextForms.h"
+#include "base/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/Symbols.h"

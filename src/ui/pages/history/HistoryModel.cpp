@@ -1,9 +1,9 @@
 #include "ui/pages/history/HistoryModel.h"
 
+#include "base/TextForms.h"
 #include "removal/DeletionHistory.h"
 #include "scanning/ScanPaths.h"
 #include "state/AppState.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 

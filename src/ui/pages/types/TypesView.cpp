@@ -1,8 +1,8 @@
 #include "ui/pages/types/TypesView.h"
 
+#include "base/Dates.h"
+#include "base/TextForms.h"
 #include "state/AppState.h"
-#include "system/Dates.h"
-#include "system/TextForms.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/files/FileListPanel.h"

@@ -1,0 +1,74 @@
+#include "base/PathNames.h"
+
+namespace dorvik {
+
+std::string canonicalPath(std::string_view path) {
+    if (path == dataVolumePath) {
+        return "/";
+    }
+    if (isUnder(path, dataVolumePath)) {
+        return std::string(path.substr(dataVolumePath.size()));
+    }
+    return std::string(path);
+}
+
+std::string displayPath(std::string_view path, std::string_view homeDirectory) {
+    std::string canonical = canonicalPath(path);
+    if (canonical == homeDirectory) {
+        return "~";
+    }
+    if (isUnder(canonical, homeDirectory)) {
+        return "~" + canonical.substr(homeDirectory.size());
+    }
+    return canonical;
+}
+
+bool isAtOrUnder(std::string_view path, std::string_view folder) {
+    return path == folder || isUnder(path, folder);
+}
+
+bool isUnder(std::string_view path, std::string_view folder) {
+    if (folder.empty() || path.size() <= folder.size() || !path.starts_with(folder)) {
+        return false;
+    }
+    return folder.back() == '/' || path[folder.size()] == '/';
+}
+
+std::string withoutTrailingSlashes(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/') {
+        path.remove_suffix(1);
+    }
+    return std::string(path);
+}
+
+std::string parentPath(std::string_view path) {
+    const std::string trimmed = withoutTrailingSlashes(path);
+    if (trimmed == "/") {
+        return trimmed;
+    }
+    const size_t slash = trimmed.rfind('/');
+    if (slash == std::string::npos) {
+        return "";
+    }
+    return slash == 0 ? "/" : withoutTrailingSlashes(std::string_view(trimmed).substr(0, slash));
+}
+
+std::string pathName(std::string_view path) {
+    const std::string trimmed = withoutTrailingSlashes(path);
+    const size_t slash = trimmed.rfind('/');
+    if (slash == std::string::npos || trimmed == "/") {
+        return trimmed;
+    }
+    return trimmed.substr(slash + 1);
+}
+
+std::string childPath(std::string_view folder, std::string_view name) {
+    std::string path(folder);
+    if (!path.ends_with('/')) {
+        path += '/';
+    }
+    path += name;
+    return path;
+}
+
+} // namespace dorvik
