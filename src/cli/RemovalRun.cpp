@@ -4,9 +4,8 @@
 #include "cli/Arguments.h"
 #include "cli/TerminalText.h"
 #include "platform/Terminal.h"
-#include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
-#include "removal/HistoryJournal.h"
+#include "removal/RemovalTransaction.h"
 #include "removal/Toast.h"
 
 #include <iostream>
@@ -37,11 +36,7 @@ bool confirmed(const std::string& question, bool yes) {
 }
 
 int runRemoval(const std::vector<DeletionRequest>& requests) {
-    const std::string historyFile = DeletionHistory::defaultPath();
-    HistoryJournal journal(historyFile);
-    const DeletionOutcome outcome = DeletionEngine::run(requests, &journal);
-    DeletionHistory history(historyFile);
-    history.record(outcome.entries, &journal);
+    const DeletionOutcome outcome = carryOutRemoval(requests, DeletionHistory::defaultPath());
 
     const DeletionReport& report = outcome.report;
     const Toast toast = deletionToast(report, outcome.entries, FailureDetails::listedBelow);

@@ -1,7 +1,6 @@
 #include "state/AppState.h"
 
 #include "base/PathNames.h"
-#include "removal/HistoryJournal.h"
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
@@ -24,16 +23,10 @@ double now() {
         .count();
 }
 
-QString key(const char* name) {
-    return QString::fromLatin1(name);
-}
-
 } // namespace
 
 AppState::AppState(AppStateOptions options, QObject* parent)
-    : QObject(parent), options_(std::move(options)),
-      settings_(key(settingsOrganisation), key(settingsApplication)),
-      history_(DeletionHistory::defaultPath()),
+    : QObject(parent), options_(std::move(options)), removal_(*this),
       relay_(std::make_shared<MainThreadRelay<AppState>>(this)),
       storeWatcher_(trends_.directory()) {
     if (!options_.accessProbe) {
@@ -42,6 +35,7 @@ AppState::AppState(AppStateOptions options, QObject* parent)
     volume_ = volumeInfo("/");
     hasFullDiskAccess_ = probeAccess();
     connect(&storeWatcher_, &StoreWatcher::changed, this, &AppState::readSharedFilesAgain);
+    connect(&removal_, &RemovalState::removed, this, &AppState::markRemoved);
     archiveTimer_.setSingleShot(true);
     archiveTimer_.setInterval(options_.archiveDelay);
     connect(&archiveTimer_, &QTimer::timeout, this, [this] {
@@ -65,11 +59,11 @@ AppState::~AppState() {
 }
 
 void AppState::applyLaunchSettings() {
-    const QString initial = settings_.value(key(SettingKeys::initialSection)).toString();
+    const QString initial = settings_.initialSection();
     if (const auto section = appSectionFromRaw(initial.toStdString())) {
         section_ = *section;
     }
-    const QString autoScan = settings_.value(key(SettingKeys::autoScan)).toString();
+    const QString autoScan = settings_.autoScan();
     if (autoScan == QLatin1String("home")) {
         startScan(ScanTarget::home());
     } else if (autoScan == QLatin1String("disk")) {
@@ -100,47 +94,12 @@ void AppState::setShowAccessOnboarding(bool shown) {
     }
 }
 
-QString AppState::excludedRaw() const {
-    return settings_.value(key(SettingKeys::excludedPaths)).toString();
-}
-
-void AppState::setExcludedRaw(const QString& raw) {
-    settings_.setValue(key(SettingKeys::excludedPaths), raw);
-    emit settingsChanged();
-}
-
-std::vector<std::string> AppState::excludedPaths() const {
-    return StoredExclusions::parse(excludedRaw());
-}
-
-void AppState::appendExcludedPath(const std::string& path) {
-    setExcludedRaw(StoredExclusions::appended(excludedRaw(), path));
-}
-
 void AppState::setLargeFilter(FileFilter filter) {
     if (filter == largeFilter_) {
         return;
     }
     largeFilter_ = std::move(filter);
     emit largeFilterChanged();
-}
-
-bool AppState::permanentDelete() const {
-    return settings_.value(key(SettingKeys::permanentDelete), false).toBool();
-}
-
-void AppState::setPermanentDelete(bool permanent) {
-    settings_.setValue(key(SettingKeys::permanentDelete), permanent);
-    emit settingsChanged();
-}
-
-bool AppState::accessOnboardingSkipped() const {
-    return settings_.value(key(SettingKeys::accessOnboardingSkipped), false).toBool();
-}
-
-void AppState::setAccessOnboardingSkipped(bool skipped) {
-    settings_.setValue(key(SettingKeys::accessOnboardingSkipped), skipped);
-    emit settingsChanged();
 }
 
 bool AppState::probeAccess() const {
@@ -167,7 +126,7 @@ void AppState::startScan(std::optional<ScanTarget> target) {
         emit scanTargetChanged();
     }
     if (scanTarget_.kind() != ScanTarget::Kind::folder && !probeAccess() &&
-        !accessOnboardingSkipped()) {
+        !settings_.accessOnboardingSkipped()) {
         setShowAccessOnboarding(true);
         return;
     }
@@ -182,7 +141,7 @@ void AppState::startScan(std::optional<ScanTarget> target) {
     setHasFullDiskAccess(probeAccess());
 
     const std::string rootPath = scanTarget_.rootPath();
-    const std::vector<std::string> excludedList = excludedPaths();
+    const std::vector<std::string> excludedList = settings_.excludedPaths();
     std::set<std::string> excluded(excludedList.begin(), excludedList.end());
     QThreadPool::globalInstance()->start([relay = relay_, scanner, rootPath,
                                           excluded = std::move(excluded), target = scanTarget_,
@@ -319,71 +278,6 @@ void AppState::scheduleArchive() {
     archiveTimer_.start();
 }
 
-void AppState::propose(const std::vector<PlanItem>& items, const std::string& title) {
-    if (auto made = makePlan(items, title)) {
-        plan_ = std::move(made);
-        emit planChanged();
-    }
-}
-
-void AppState::cancelPlan() {
-    if (plan_) {
-        plan_.reset();
-        emit planChanged();
-    }
-}
-
-void AppState::execute(const DeletionPlan& plan, bool includeReview) {
-    std::vector<DeletionRequest> requests = planRequests(plan, includeReview, permanentDelete());
-    cancelPlan();
-    performDeletion(std::move(requests), false);
-}
-
-void AppState::performDeletion(std::vector<DeletionRequest> requests, bool quiet,
-                               std::function<void(const DeletionReport&)> done) {
-    auto journal = std::make_shared<HistoryJournal>(history_.fileURL());
-    QThreadPool::globalInstance()->start([relay = relay_, requests = std::move(requests), quiet,
-                                          done = std::move(done), journal] {
-        DeletionOutcome outcome = DeletionEngine::run(requests, journal.get());
-        relay->post([outcome = std::move(outcome), quiet, done, journal](AppState& state) mutable {
-            const DeletionReport report = outcome.report;
-            state.finishDeletion(std::move(outcome), quiet, journal.get());
-            if (done) {
-                done(report);
-            }
-        });
-    });
-}
-
-void AppState::finishDeletion(DeletionOutcome outcome, bool quiet, HistoryJournal* journal) {
-    history_.record(outcome.entries, journal);
-    emit historyChanged();
-    const DeletionReport& report = outcome.report;
-    markRemoved(std::set<std::string>(report.deletedPaths.begin(), report.deletedPaths.end()));
-    refreshVolume();
-    if (quiet) {
-        return;
-    }
-    showToast(deletionToast(report, outcome.entries));
-    failures_ = report.failures;
-    failures_.insert(failures_.end(), report.skippedProtected.begin(),
-                     report.skippedProtected.end());
-    emit failuresChanged();
-}
-
-void AppState::undo(const std::vector<HistoryEntry>& entries) {
-    const UndoReport report = dorvik::undo(history_, entries);
-    emit historyChanged();
-    Toast toast = undoToast(report.restored);
-    const std::set<std::string> restored(report.restoredPaths.begin(), report.restoredPaths.end());
-    if (const size_t missing = markRestored(restored); missing > 0) {
-        toast.detail = std::to_string(missing) +
-                       " restored item(s) were not in this scan. Scan again to list them.";
-    }
-    showToast(std::move(toast));
-    refreshVolume();
-}
-
 size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {
     if (!scan_ || restoredPaths.empty()) {
         return 0;
@@ -391,7 +285,7 @@ size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {
     std::set<std::string> missing = dorvik::markRestored(*scan_, restoredPaths);
     // What lies outside the scanned folder was never the scan's to show.
     std::erase_if(missing, [root = scan_->root->path()](const std::string& path) {
-        return !path.starts_with(root.ends_with('/') ? root : root + '/');
+        return !isUnder(path, root);
     });
     if (missing.size() < restoredPaths.size()) {
         ++revision_;
@@ -402,35 +296,10 @@ size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {
     return missing.size();
 }
 
-void AppState::clearHistory() {
-    history_.clear();
-    emit historyChanged();
-}
-
 void AppState::readSharedFilesAgain() {
-    if (history_.reload()) {
-        emit historyChanged();
-    }
+    removal_.reloadHistory();
     if (trends_.reload()) {
         emit trendsChanged();
-    }
-}
-
-void AppState::showToast(Toast toast) {
-    toast_ = std::move(toast);
-    emit toastChanged();
-}
-
-void AppState::closeToast() {
-    if (toast_) {
-        toast_.reset();
-        emit toastChanged();
-    }
-}
-
-void AppState::dismissToast(const std::string& id) {
-    if (toast_ && toast_->id == id) {
-        closeToast();
     }
 }
 

@@ -4,23 +4,19 @@
 // scan in force and the services, starts, cancels and restores scans, and tells observers of
 // every change through its signals. It knows no page; pages read it and ask it to act.
 
-#include "removal/DeletionEngine.h"
-#include "removal/DeletionHistory.h"
-#include "removal/DeletionPlan.h"
-#include "removal/DeletionRequest.h"
-#include "removal/Toast.h"
 #include "scanning/FileFilter.h"
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
 #include "state/MainThreadRelay.h"
+#include "state/RemovalState.h"
+#include "state/SettingsState.h"
 #include "state/StoreWatcher.h"
 #include "system/VolumeInfo.h"
 #include "trends/ScanSnapshot.h"
 #include "trends/TrendStore.h"
 
 #include <QObject>
-#include <QSettings>
 #include <QTimer>
 
 #include <chrono>
@@ -67,56 +63,18 @@ public:
     bool showAccessOnboarding() const { return showAccessOnboarding_; }
     void setShowAccessOnboarding(bool shown);
 
-    // Settings, stored as they change.
-    QString excludedRaw() const;
-    void setExcludedRaw(const QString& raw);
-    // The excluded folders, one canonical path a line of excludedRaw.
-    std::vector<std::string> excludedPaths() const;
-    // Adds a folder's canonical path as the last line; a twin line is harmless, as scans take
-    // the lines as a set. It takes effect at the next scan.
-    void appendExcludedPath(const std::string& path);
-    bool permanentDelete() const;
-    void setPermanentDelete(bool permanent);
-    bool accessOnboardingSkipped() const;
-    void setAccessOnboardingSkipped(bool skipped);
-
+    // The stored settings; an excluded folder takes effect at the next scan.
+    SettingsState& settings() { return settings_; }
+    const SettingsState& settings() const { return settings_; }
+    // The plan, toast, failures and history, and every removal.
+    RemovalState& removal() { return removal_; }
+    const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
     const FileFilter& largeFilter() const { return largeFilter_; }
     void setLargeFilter(FileFilter filter);
-
-    // The batch awaiting confirmation, the message after the last removal or undo, what the last
-    // run that wasn't quiet refused, and the log of all removals.
-    const std::optional<DeletionPlan>& plan() const { return plan_; }
-    const std::optional<Toast>& toast() const { return toast_; }
-    const std::vector<DeletionFailure>& failures() const { return failures_; }
-    const DeletionHistory& history() const { return history_; }
-
-    // Puts the items before the user as a plan, children of other items left out. No items, no
-    // plan. A new plan replaces the old.
-    void propose(const std::vector<PlanItem>& items, const std::string& title);
-    // The user cancelled the plan: nothing is removed.
-    void cancelPlan();
-    // Carries out a confirmed plan: its safe items, its review items only with `includeReview`,
-    // never its protected ones, each for good if the permanentDelete setting is on.
-    void execute(const DeletionPlan& plan, bool includeReview);
-    // Runs the engine on a worker. Back here, records the history (quiet runs too), takes what
-    // went out of the scan, reads the volume again and, unless `quiet`, sets the toast and
-    // `failures`; then hands the report to `done`.
-    void performDeletion(std::vector<DeletionRequest> requests, bool quiet,
-                         std::function<void(const DeletionReport&)> done = {});
-    // Brings back those entries that can be brought back, and says how many did.
-    void undo(const std::vector<HistoryEntry>& entries);
-    void clearHistory();
-
-    // A new toast replaces the one on show.
-    void showToast(Toast toast);
-    void closeToast();
-    // Closes the toast only if it is still the one with this id: the timer of an old toast
-    // leaves a newer one alone.
-    void dismissToast(const std::string& id);
 
     // Starts a scan of `target`, or of the current target. A whole-disk or home scan without
     // access asks first (showAccessOnboarding) unless the user declined before.
@@ -136,6 +94,8 @@ public:
     size_t markRestored(const std::set<std::string>& restoredPaths);
     // Rewrites the archive once things have been quiet for the archive delay.
     void scheduleArchive();
+    // Reads the figures of "/" again.
+    void refreshVolume();
 
 signals:
     void sectionChanged();
@@ -149,12 +109,7 @@ signals:
     void explorerStackChanged();
     void hasFullDiskAccessChanged();
     void showAccessOnboardingChanged();
-    void settingsChanged();
     void largeFilterChanged();
-    void planChanged();
-    void toastChanged();
-    void failuresChanged();
-    void historyChanged();
     // Another process changed the trend files.
     void trendsChanged();
 
@@ -164,16 +119,14 @@ private:
     void finishScan(const std::shared_ptr<Scanner>& scanner, std::optional<ScanResult> result,
                     std::optional<ScanSnapshot> snapshot);
     void adoptScan(ScanResult result);
-    void refreshVolume();
-    void finishDeletion(DeletionOutcome outcome, bool quiet, HistoryJournal* journal);
     void readSharedFilesAgain();
     void setIsScanning(bool scanning);
     void setHasFullDiskAccess(bool access);
     bool probeAccess() const;
 
     AppStateOptions options_;
-    QSettings settings_;
-    DeletionHistory history_;
+    SettingsState settings_;
+    RemovalState removal_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
     StoreWatcher storeWatcher_;
@@ -192,9 +145,6 @@ private:
     bool hasFullDiskAccess_ = false;
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
-    std::optional<DeletionPlan> plan_;
-    std::optional<Toast> toast_;
-    std::vector<DeletionFailure> failures_;
 };
 
 } // namespace dorvik

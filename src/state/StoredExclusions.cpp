@@ -1,9 +1,7 @@
 #include "state/StoredExclusions.h"
 
 #include "base/PathNames.h"
-#include "state/Settings.h"
-
-#include <QSettings>
+#include "state/SettingsState.h"
 
 namespace dorvik::StoredExclusions {
 
@@ -23,10 +21,7 @@ QString appended(QString raw, const std::string& path) {
 }
 
 std::set<std::string> read() {
-    const QSettings settings(QString::fromLatin1(settingsOrganisation),
-                             QString::fromLatin1(settingsApplication));
-    const std::vector<std::string> paths =
-        parse(settings.value(QString::fromLatin1(SettingKeys::excludedPaths)).toString());
+    const std::vector<std::string> paths = SettingsState().excludedPaths();
     return {paths.begin(), paths.end()};
 }
 

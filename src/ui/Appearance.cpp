@@ -1,10 +1,8 @@
 #include "ui/Appearance.h"
 
-#include "state/Settings.h"
 #include "ui/Style.h"
 
 #include <QApplication>
-#include <QSettings>
 
 namespace dorvik {
 
@@ -92,13 +90,11 @@ AppearanceController::AppearanceController(QPalette desktopPalette, QObject* par
     : QObject(parent), desktopPalette_(std::move(desktopPalette)) {}
 
 AppAppearance AppearanceController::appearance() const {
-    const QSettings settings(settingsOrganisation, settingsApplication);
-    return appAppearanceFromRaw(settings.value(SettingKeys::appearance).toString());
+    return appAppearanceFromRaw(settings_.appearance());
 }
 
 void AppearanceController::setAppearance(AppAppearance appearance) {
-    QSettings settings(settingsOrganisation, settingsApplication);
-    settings.setValue(SettingKeys::appearance, QString::fromLatin1(info(appearance).rawValue));
+    settings_.setAppearance(QString::fromLatin1(info(appearance).rawValue));
     apply();
     emit appearanceChanged();
 }

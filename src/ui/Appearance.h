@@ -3,6 +3,8 @@
 // Light, dark, or whatever the desktop is: the "appearance" setting and how it is applied to
 // the whole application.
 
+#include "state/SettingsState.h"
+
 #include <QObject>
 #include <QPalette>
 #include <QString>
@@ -50,6 +52,7 @@ signals:
 
 private:
     QPalette desktopPalette_;
+    SettingsState settings_;
 };
 
 } // namespace dorvik

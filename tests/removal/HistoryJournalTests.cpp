@@ -10,6 +10,7 @@
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionHistory.h"
 #include "removal/HistoryJournal.h"
+#include "removal/RemovalTransaction.h"
 #include "support/TestHome.h"
 
 #include <gtest/gtest.h>
@@ -172,6 +173,32 @@ TEST_F(HistoryJournalTest, StaleTemporaryFilesAreSweptAndLiveOnesKept) {
     }
     for (const std::string& name : kept) {
         EXPECT_TRUE(test::entryExists(folder + "/" + name)) << name;
+    }
+}
+
+// The one call every front end makes: what went is in the history file when it returns, in
+// request order, what was refused is not, and no journal is left behind.
+TEST_F(HistoryJournalTest, ARemovalIsRecordedWholeWhenItReturns) {
+    test::writeText(home + "/trashed", "a");
+    test::writeText(home + "/deleted", "b");
+    const DeletionOutcome outcome =
+        carryOutRemoval({makeDeletionRequest(home + "/trashed", 10, Removal::trash),
+                         makeDeletionRequest(home + "/missing", 10, Removal::trash),
+                         makeDeletionRequest(home + "/deleted", 10, Removal::permanent)},
+                        file);
+    EXPECT_EQ(outcome.report.deletedPaths,
+              (std::vector<std::string>{home + "/trashed", home + "/deleted"}));
+    ASSERT_EQ(outcome.report.failures.size(), 1u);
+
+    const DeletionHistory history(file);
+    ASSERT_EQ(history.entries().size(), 2u);
+    EXPECT_EQ(history.entries()[0].originalPath, home + "/trashed");
+    EXPECT_TRUE(history.entries()[0].trashPath);
+    EXPECT_EQ(history.entries()[1].originalPath, home + "/deleted");
+    EXPECT_FALSE(history.entries()[1].trashPath);
+    EXPECT_TRUE(leftOverJournals(file).empty());
+    for (const std::string& name : namesIn(folder)) {
+        EXPECT_EQ(name.find(".journal-"), std::string::npos) << name;
     }
 }
 

@@ -15,6 +15,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <sys/stat.h>
 
 namespace dorvik {
@@ -76,9 +77,9 @@ protected:
     void executeAndWait(const DeletionPlan& plan, bool includeReview) {
         int toasts = 0;
         const auto connection =
-            QObject::connect(state.get(), &AppState::toastChanged, [&] { ++toasts; });
-        state->execute(plan, includeReview);
-        EXPECT_FALSE(state->plan());
+            QObject::connect(&state->removal(), &RemovalState::toastChanged, [&] { ++toasts; });
+        state->removal().execute(plan, includeReview);
+        EXPECT_FALSE(state->removal().plan());
         ASSERT_TRUE(waitUntil([&] { return toasts > 0; }));
         QObject::disconnect(connection);
     }
@@ -88,12 +89,15 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     int plans = 0;
     int histories = 0;
     int failureChanges = 0;
-    QObject::connect(state.get(), &AppState::planChanged, [&] { ++plans; });
-    QObject::connect(state.get(), &AppState::historyChanged, [&] { ++histories; });
-    QObject::connect(state.get(), &AppState::failuresChanged, [&] { ++failureChanges; });
+    QObject::connect(&state->removal(), &RemovalState::planChanged, [&] { ++plans; });
+    QObject::connect(&state->removal(), &RemovalState::historyChanged, [&] { ++histories; });
+    QObject::connect(&state->removal(), &RemovalState::failuresChanged, [&] { ++failureChanges; });
+    std::vector<std::set<std::string>> announced;
+    QObject::connect(&state->removal(), &RemovalState::removed,
+                     [&](const std::set<std::string>& paths) { announced.push_back(paths); });
 
-    state->propose({}, "Delete Items");
-    EXPECT_FALSE(state->plan());
+    state->removal().propose({}, "Delete Items");
+    EXPECT_FALSE(state->removal().plan());
     EXPECT_EQ(plans, 0);
 
     const int64_t movieSize = nodeSize(home + "/Downloads/movie.mkv");
@@ -102,14 +106,14 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     const auto kindTotalsBefore = state->scan()->kindTotals;
     const auto kindCountsBefore = state->scan()->kindCounts;
     const int revisionBefore = state->revision();
-    state->propose({item("Downloads/album/track.flac"), item("Downloads/movie.mkv"),
-                    item("Downloads/album"), item("Documents"), item("Downloads/vanished.zip"),
-                    item("Documents/thesis.tex")},
-                   "Delete Items");
-    ASSERT_TRUE(state->plan());
+    state->removal().propose({item("Downloads/album/track.flac"), item("Downloads/movie.mkv"),
+                              item("Downloads/album"), item("Documents"),
+                              item("Downloads/vanished.zip"), item("Documents/thesis.tex")},
+                             "Delete Items");
+    ASSERT_TRUE(state->removal().plan());
     EXPECT_EQ(plans, 1);
     std::vector<std::string> planned;
-    for (const PlanItem& planItem : state->plan()->items) {
+    for (const PlanItem& planItem : state->removal().plan()->items) {
         planned.push_back(planItem.path);
     }
     // The track and the thesis lie in other items of the plan.
@@ -117,16 +121,18 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
               (std::vector<std::string>{home + "/Downloads/movie.mkv", home + "/Downloads/album",
                                         home + "/Documents", home + "/Downloads/vanished.zip"}));
 
-    executeAndWait(*state->plan(), false);
+    executeAndWait(*state->removal().plan(), false);
     EXPECT_EQ(plans, 2);
     settle();
     EXPECT_FALSE(test::entryExists(home + "/Downloads/movie.mkv"));
     EXPECT_FALSE(test::entryExists(home + "/Downloads/album"));
     EXPECT_TRUE(test::entryExists(home + "/Documents/thesis.tex"));
 
-    ASSERT_EQ(state->history().entries().size(), 2u);
-    EXPECT_EQ(state->history().entries()[0].originalPath, home + "/Downloads/movie.mkv");
+    ASSERT_EQ(state->removal().history().entries().size(), 2u);
+    EXPECT_EQ(state->removal().history().entries()[0].originalPath, home + "/Downloads/movie.mkv");
     EXPECT_EQ(histories, 1);
+    EXPECT_EQ(announced, (std::vector<std::set<std::string>>{
+                             {home + "/Downloads/album", home + "/Downloads/movie.mkv"}}));
     EXPECT_EQ(state->scan()->root->size, rootBefore - movieSize - albumSize);
     EXPECT_GT(state->revision(), revisionBefore);
     // The movie and the album's two large files leave their kinds.
@@ -135,24 +141,25 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     EXPECT_EQ(state->scan()->kindCounts.at(FileKind::audio),
               kindCountsBefore.at(FileKind::audio) - 1);
 
-    ASSERT_TRUE(state->toast());
-    EXPECT_EQ(state->toast()->message,
+    ASSERT_TRUE(state->removal().toast());
+    EXPECT_EQ(state->removal().toast()->message,
               TextForms::size(movieSize + albumSize) + " moved to the Trash");
     // The protected folder never reached the engine; the vanished file did, and failed.
-    EXPECT_EQ(state->toast()->detail, "1 item(s) couldn't be deleted. Details in History.");
-    EXPECT_EQ(state->toast()->undoable.size(), 2u);
-    ASSERT_EQ(state->failures().size(), 1u);
+    EXPECT_EQ(state->removal().toast()->detail,
+              "1 item(s) couldn't be deleted. Details in History.");
+    EXPECT_EQ(state->removal().toast()->undoable.size(), 2u);
+    ASSERT_EQ(state->removal().failures().size(), 1u);
     EXPECT_EQ(failureChanges, 1);
-    EXPECT_EQ(state->failures()[0].path, home + "/Downloads/vanished.zip");
-    EXPECT_EQ(state->failures()[0].reason, "No longer exists.");
+    EXPECT_EQ(state->removal().failures()[0].path, home + "/Downloads/vanished.zip");
+    EXPECT_EQ(state->removal().failures()[0].reason, "No longer exists.");
 
-    state->undo(state->toast()->undoable);
-    EXPECT_EQ(state->toast()->message, "2 item(s) restored");
-    EXPECT_EQ(state->toast()->detail, "Scan again to see updated sizes.");
-    EXPECT_TRUE(state->toast()->undoable.empty());
+    state->removal().undo(state->removal().toast()->undoable);
+    EXPECT_EQ(state->removal().toast()->message, "2 item(s) restored");
+    EXPECT_EQ(state->removal().toast()->detail, "Scan again to see updated sizes.");
+    EXPECT_TRUE(state->removal().toast()->undoable.empty());
     EXPECT_TRUE(test::entryExists(home + "/Downloads/movie.mkv"));
     EXPECT_TRUE(test::entryExists(home + "/Downloads/album/cover.jpg"));
-    EXPECT_TRUE(state->history().entries()[0].restored);
+    EXPECT_TRUE(state->removal().history().entries()[0].restored);
     EXPECT_EQ(histories, 2);
     // The nodes are back in the tree, with the kinds' totals the file pages show.
     EXPECT_EQ(state->scan()->root->size, rootBefore);
@@ -161,45 +168,48 @@ TEST_F(AppStateRemovalTest, AConfirmedPlanGoesThroughTheEngineIntoHistoryModelAn
     EXPECT_EQ(state->scan()->kindTotals, kindTotalsBefore);
     EXPECT_EQ(state->scan()->kindCounts, kindCountsBefore);
 
-    state->clearHistory();
-    EXPECT_TRUE(state->history().entries().empty());
+    state->removal().clearHistory();
+    EXPECT_TRUE(state->removal().history().entries().empty());
     EXPECT_TRUE(DeletionHistory(DeletionHistory::defaultPath()).entries().empty());
 }
 
 TEST_F(AppStateRemovalTest, AnUndoneItemTheScanNeverHadIsNamedInTheToast) {
     // Made after the scan: no node stands for it.
     test::writeFile(home + "/Downloads/later.mkv", 1 << 20);
-    state->propose({makePlanItem(home + "/Downloads/later.mkv", 1 << 20, Removal::trash),
-                    item("Downloads/movie.mkv")},
-                   "Delete Items");
-    executeAndWait(*state->plan(), false);
+    state->removal().propose({makePlanItem(home + "/Downloads/later.mkv", 1 << 20, Removal::trash),
+                              item("Downloads/movie.mkv")},
+                             "Delete Items");
+    executeAndWait(*state->removal().plan(), false);
     const int64_t rootAfterRemoval = state->scan()->root->size;
-    state->undo(state->toast()->undoable);
-    EXPECT_EQ(state->toast()->message, "2 item(s) restored");
-    EXPECT_EQ(state->toast()->detail,
+    state->removal().undo(state->removal().toast()->undoable);
+    EXPECT_EQ(state->removal().toast()->message, "2 item(s) restored");
+    EXPECT_EQ(state->removal().toast()->detail,
               "1 restored item(s) were not in this scan. Scan again to list them.");
     EXPECT_EQ(state->scan()->root->size,
               rootAfterRemoval + nodeSize(home + "/Downloads/movie.mkv"));
 }
 
 TEST_F(AppStateRemovalTest, ThePermanentSettingOverridesTheTrash) {
-    state->setPermanentDelete(true);
-    state->propose({item("Downloads/movie.mkv"), item("Downloads/album")}, "Delete Items");
-    executeAndWait(*state->plan(), false);
+    state->settings().setPermanentDelete(true);
+    state->removal().propose({item("Downloads/movie.mkv"), item("Downloads/album")},
+                             "Delete Items");
+    executeAndWait(*state->removal().plan(), false);
     EXPECT_FALSE(test::entryExists(home + "/Downloads/movie.mkv"));
     EXPECT_FALSE(test::entryExists(dataHome + "/Trash/files/movie.mkv"));
-    EXPECT_TRUE(state->toast()->undoable.empty());
-    EXPECT_TRUE(state->toast()->message.ends_with(" freed")) << state->toast()->message;
-    EXPECT_FALSE(state->toast()->detail);
-    for (const HistoryEntry& entry : state->history().entries()) {
+    EXPECT_TRUE(state->removal().toast()->undoable.empty());
+    EXPECT_TRUE(state->removal().toast()->message.ends_with(" freed"))
+        << state->removal().toast()->message;
+    EXPECT_FALSE(state->removal().toast()->detail);
+    for (const HistoryEntry& entry : state->removal().history().entries()) {
         EXPECT_EQ(historyMethod(entry), "Deleted");
     }
-    EXPECT_TRUE(state->failures().empty());
+    EXPECT_TRUE(state->removal().failures().empty());
 }
 
 TEST_F(AppStateRemovalTest, ReviewItemsGoOnlyWhenAccepted) {
-    state->propose({item("Documents/thesis.tex"), item("Downloads/movie.mkv")}, "Delete Items");
-    const DeletionPlan plan = *state->plan();
+    state->removal().propose({item("Documents/thesis.tex"), item("Downloads/movie.mkv")},
+                             "Delete Items");
+    const DeletionPlan plan = *state->removal().plan();
     EXPECT_EQ(plan.items[0].verdict.risk, Risk::review);
     executeAndWait(plan, false);
     EXPECT_TRUE(test::entryExists(home + "/Documents/thesis.tex"));
@@ -208,25 +218,25 @@ TEST_F(AppStateRemovalTest, ReviewItemsGoOnlyWhenAccepted) {
     executeAndWait(plan, true);
     EXPECT_FALSE(test::entryExists(home + "/Documents/thesis.tex"));
     // The movie went in the first run, so the second says so.
-    EXPECT_EQ(state->failures().size(), 1u);
-    EXPECT_EQ(state->failures()[0].reason, "No longer exists.");
+    EXPECT_EQ(state->removal().failures().size(), 1u);
+    EXPECT_EQ(state->removal().failures()[0].reason, "No longer exists.");
 }
 
 TEST_F(AppStateRemovalTest, AQuietRunLeavesToastAndFailuresAlone) {
-    state->showToast(undoToast(5));
-    const std::string toastID = state->toast()->id;
+    state->removal().showToast(undoToast(5));
+    const std::string toastID = state->removal().toast()->id;
     std::optional<DeletionReport> report;
-    state->performDeletion(
+    state->removal().performDeletion(
         {makeDeletionRequest(home + "/Downloads/movie.mkv", 7, Removal::permanent),
          makeDeletionRequest(home + "/Documents", 1, Removal::permanent)},
         true, [&](const DeletionReport& done) { report = done; });
     ASSERT_TRUE(waitUntil([&] { return report.has_value(); }));
     EXPECT_EQ(report->freed, 7);
     EXPECT_EQ(report->skippedProtected.size(), 1u);
-    EXPECT_EQ(state->toast()->id, toastID);
+    EXPECT_EQ(state->removal().toast()->id, toastID);
     EXPECT_TRUE(test::entryExists(home + "/Documents/thesis.tex"));
-    EXPECT_TRUE(state->failures().empty());
-    EXPECT_EQ(state->history().entries().size(), 1u); // quiet runs are logged too
+    EXPECT_TRUE(state->removal().failures().empty());
+    EXPECT_EQ(state->removal().history().entries().size(), 1u); // quiet runs are logged too
     EXPECT_TRUE(findNode(state->scan()->root, home + "/Downloads/movie.mkv")->deleted);
 }
 
@@ -244,46 +254,46 @@ TEST_F(AppStateRemovalTest, AFolderThatCannotGoCompletelyStaysInTheModel) {
         chmod((album + "/locked").c_str(), 0555);
     }
     const int64_t before = nodeSize(album);
-    state->propose({item("Downloads/album")}, "Delete Items");
-    state->setPermanentDelete(true);
-    executeAndWait(*state->plan(), false);
+    state->removal().propose({item("Downloads/album")}, "Delete Items");
+    state->settings().setPermanentDelete(true);
+    executeAndWait(*state->removal().plan(), false);
     // The rest of the album went: not "nothing".
-    EXPECT_EQ(state->toast()->message, "1 item(s) only partly deleted");
-    ASSERT_EQ(state->failures().size(), 1u);
-    EXPECT_EQ(state->failures()[0].path, album);
+    EXPECT_EQ(state->removal().toast()->message, "1 item(s) only partly deleted");
+    ASSERT_EQ(state->removal().failures().size(), 1u);
+    EXPECT_EQ(state->removal().failures()[0].path, album);
     EXPECT_FALSE(findNode(state->scan()->root, album)->deleted);
     EXPECT_EQ(nodeSize(album), before);
-    EXPECT_TRUE(state->history().entries().empty());
+    EXPECT_TRUE(state->removal().history().entries().empty());
 }
 
 TEST_F(AppStateRemovalTest, AnOldToastsTimerLeavesANewerToastAlone) {
     int changes = 0;
-    QObject::connect(state.get(), &AppState::toastChanged, [&] { ++changes; });
-    state->showToast(undoToast(1));
-    const std::string first = state->toast()->id;
-    state->showToast(undoToast(2));
-    const std::string second = state->toast()->id;
-    state->dismissToast(first);
-    ASSERT_TRUE(state->toast());
-    EXPECT_EQ(state->toast()->id, second);
-    state->dismissToast(second);
-    EXPECT_FALSE(state->toast());
-    state->dismissToast(second);
+    QObject::connect(&state->removal(), &RemovalState::toastChanged, [&] { ++changes; });
+    state->removal().showToast(undoToast(1));
+    const std::string first = state->removal().toast()->id;
+    state->removal().showToast(undoToast(2));
+    const std::string second = state->removal().toast()->id;
+    state->removal().dismissToast(first);
+    ASSERT_TRUE(state->removal().toast());
+    EXPECT_EQ(state->removal().toast()->id, second);
+    state->removal().dismissToast(second);
+    EXPECT_FALSE(state->removal().toast());
+    state->removal().dismissToast(second);
     EXPECT_EQ(changes, 3);
-    state->showToast(undoToast(3));
-    state->closeToast();
-    EXPECT_FALSE(state->toast());
+    state->removal().showToast(undoToast(3));
+    state->removal().closeToast();
+    EXPECT_FALSE(state->removal().toast());
     EXPECT_EQ(toastDuration, std::chrono::seconds(8));
 }
 
 TEST_F(AppStateRemovalTest, CancellingAPlanRemovesNothing) {
-    state->propose({item("Downloads/movie.mkv")}, "Delete Items");
-    ASSERT_TRUE(state->plan());
-    state->cancelPlan();
-    EXPECT_FALSE(state->plan());
+    state->removal().propose({item("Downloads/movie.mkv")}, "Delete Items");
+    ASSERT_TRUE(state->removal().plan());
+    state->removal().cancelPlan();
+    EXPECT_FALSE(state->removal().plan());
     settle();
     EXPECT_TRUE(test::entryExists(home + "/Downloads/movie.mkv"));
-    EXPECT_TRUE(state->history().entries().empty());
+    EXPECT_TRUE(state->removal().history().entries().empty());
 }
 
 } // namespace

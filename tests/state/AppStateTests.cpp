@@ -188,7 +188,7 @@ TEST_F(AppStateTest, AccessOnboardingStopsAWholeScanUntilSkipped) {
     EXPECT_FALSE(state.showAccessOnboarding());
     ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
 
-    state.setAccessOnboardingSkipped(true);
+    state.settings().setAccessOnboardingSkipped(true);
     state.startScan(ScanTarget::home());
     EXPECT_TRUE(state.isScanning());
     EXPECT_FALSE(state.showAccessOnboarding());
@@ -319,25 +319,27 @@ TEST_F(AppStateTest, ExcludedPathsAreLinesOfTheSetting) {
     test::writeFile(dir / "x/skip/b.txt", 10);
     AppState state(options());
     settle();
-    state.setExcludedRaw(QString::fromStdString("\n" + (dir / "x/skip") + "\n\n/nowhere\n"));
-    EXPECT_EQ(state.excludedPaths(), (std::vector<std::string>{dir / "x/skip", "/nowhere"}));
+    state.settings().setExcludedRaw(
+        QString::fromStdString("\n" + (dir / "x/skip") + "\n\n/nowhere\n"));
+    EXPECT_EQ(state.settings().excludedPaths(),
+              (std::vector<std::string>{dir / "x/skip", "/nowhere"}));
     state.startScan(ScanTarget::folder(dir / "x"));
     ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
     EXPECT_EQ(state.scan()->totalFiles, 1);
 
     // What a list's menu appends lands as a canonical line of its own, even after a last line
     // without its line feed; a twin changes nothing for the scan.
-    state.setExcludedRaw(QString::fromStdString(dir / "x/skip"));
-    state.appendExcludedPath("/System/Volumes/Data" + (dir / "x/keep"));
-    state.appendExcludedPath(dir / "x/keep");
-    EXPECT_EQ(state.excludedPaths(),
+    state.settings().setExcludedRaw(QString::fromStdString(dir / "x/skip"));
+    state.settings().appendExcludedPath("/System/Volumes/Data" + (dir / "x/keep"));
+    state.settings().appendExcludedPath(dir / "x/keep");
+    EXPECT_EQ(state.settings().excludedPaths(),
               (std::vector<std::string>{dir / "x/skip", dir / "x/keep", dir / "x/keep"}));
     state.startScan(ScanTarget::folder(dir / "x"));
     ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
     EXPECT_EQ(state.scan()->totalFiles, 0);
 
-    EXPECT_FALSE(state.permanentDelete());
-    state.setPermanentDelete(true);
+    EXPECT_FALSE(state.settings().permanentDelete());
+    state.settings().setPermanentDelete(true);
     EXPECT_TRUE(AppState(options()).permanentDelete());
 }
 

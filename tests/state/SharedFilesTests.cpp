@@ -59,22 +59,23 @@ protected:
 TEST_F(SharedFilesTest, WhatAnotherProcessRecordsShowsAndSurvivesTheApplicationsWrites) {
     test::writeText(home + "/Downloads/app.txt", "removed in the application");
     bool removed = false;
-    state->performDeletion({makeDeletionRequest(home + "/Downloads/app.txt", 1, Removal::trash)},
-                           true, [&](const DeletionReport&) { removed = true; });
+    state->removal().performDeletion(
+        {makeDeletionRequest(home + "/Downloads/app.txt", 1, Removal::trash)}, true,
+        [&](const DeletionReport&) { removed = true; });
     ASSERT_TRUE(waitUntil([&] { return removed; }));
-    ASSERT_EQ(state->history().entries().size(), 1u);
-    const HistoryEntry mine = state->history().entries()[0];
+    ASSERT_EQ(state->removal().history().entries().size(), 1u);
+    const HistoryEntry mine = state->removal().history().entries()[0];
 
     int announced = 0;
-    QObject::connect(state.get(), &AppState::historyChanged, [&] { ++announced; });
+    QObject::connect(&state->removal(), &RemovalState::historyChanged, [&] { ++announced; });
     const HistoryEntry theirs{Uuid::make(), Dates::now(), home + "/elsewhere", std::nullopt, 5,
                               false};
     inOtherProcess([&] { DeletionHistory(DeletionHistory::defaultPath()).record({theirs}); });
-    ASSERT_TRUE(waitUntil([&] { return holds(state->history(), theirs.id); }));
+    ASSERT_TRUE(waitUntil([&] { return holds(state->removal().history(), theirs.id); }));
     EXPECT_GE(announced, 1);
 
     // The application's restore rewrites the file: the other process's entry stays in it.
-    state->undo({mine});
+    state->removal().undo({mine});
     EXPECT_EQ(test::readText(home + "/Downloads/app.txt"), "removed in the application");
     const DeletionHistory onDisk(DeletionHistory::defaultPath());
     EXPECT_TRUE(holds(onDisk, theirs.id));

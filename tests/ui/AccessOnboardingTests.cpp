@@ -54,7 +54,7 @@ TEST_F(AccessOnboardingTest, NoScanStartsUntilTheUserGoesOnWithoutAccess) {
     ASSERT_NE(sheet(window), nullptr);
     sheet(window)->scanWithoutAccessButton()->click();
     EXPECT_TRUE(state->isScanning());
-    EXPECT_TRUE(state->accessOnboardingSkipped());
+    EXPECT_TRUE(state->settings().accessOnboardingSkipped());
     EXPECT_EQ(sheet(window), nullptr);
     ASSERT_TRUE(test::waitUntil([&] { return !state->isScanning(); }));
     test::settle();

@@ -131,10 +131,10 @@ TEST_F(ExplorerTest, ARemovedFolderGivesWayToItsParentAndAPlanNamesTheSelection)
     SelectionBar* bar = page.selectionBar();
     EXPECT_TRUE(bar->isVisible());
     bar->actionButton()->click();
-    ASSERT_TRUE(state->plan());
-    EXPECT_EQ(state->plan()->title, "Delete Items");
-    ASSERT_EQ(state->plan()->items.size(), 1u);
-    EXPECT_EQ(state->plan()->items[0].path, dir / "disk/Small");
+    ASSERT_TRUE(state->removal().plan());
+    EXPECT_EQ(state->removal().plan()->title, "Delete Items");
+    ASSERT_EQ(state->removal().plan()->items.size(), 1u);
+    EXPECT_EQ(state->removal().plan()->items[0].path, dir / "disk/Small");
     test::settle();
 }
 

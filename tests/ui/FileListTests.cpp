@@ -409,18 +409,18 @@ TEST_F(ScannedFilesTest, TheNodeMenuOffersWhatTheNodesAllow) {
     EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
               trip->path() + "\n" + movies->path());
     actionNamed(*folderMenu, "Exclude from Scans")->trigger();
-    EXPECT_EQ(state->excludedPaths(), std::vector<std::string>{movies->path()});
+    EXPECT_EQ(state->settings().excludedPaths(), std::vector<std::string>{movies->path()});
     actionNamed(*folderMenu, "Open in Explorer")->trigger();
     EXPECT_EQ(state->section(), AppSection::explorer);
     EXPECT_EQ(state->explorerStack().back(), movies);
 
     // Children of a folder in the same plan are left out; everything goes to the Trash.
     actionNamed(*both, "Delete Items")->trigger();
-    ASSERT_TRUE(state->plan());
-    EXPECT_EQ(state->plan()->title, "Delete Items");
-    ASSERT_EQ(state->plan()->items.size(), 1u);
-    EXPECT_EQ(state->plan()->items[0].path, movies->path());
-    EXPECT_EQ(state->plan()->items[0].removal, Removal::trash);
+    ASSERT_TRUE(state->removal().plan());
+    EXPECT_EQ(state->removal().plan()->title, "Delete Items");
+    ASSERT_EQ(state->removal().plan()->items.size(), 1u);
+    EXPECT_EQ(state->removal().plan()->items[0].path, movies->path());
+    EXPECT_EQ(state->removal().plan()->items[0].removal, Removal::trash);
     for (QMenu* menu : {fileMenu, noPreview, folderMenu, both}) {
         delete menu;
     }

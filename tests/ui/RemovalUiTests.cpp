@@ -92,7 +92,7 @@ protected:
 TEST_F(RemovalUiTest, AReviewOnlyPlanWaitsForTheBox) {
     const PlanItem thesis = file("Documents/thesis.tex", 2'000'000);
     ASSERT_EQ(thesis.verdict.risk, Risk::review);
-    state->propose({thesis}, "Delete Items");
+    state->removal().propose({thesis}, "Delete Items");
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(sheetRows(), QStringList({"[review] 1 · 2 MB", "thesis.tex"}));
     EXPECT_EQ(sheet()->confirmButton()->text(), "Delete");
@@ -102,7 +102,7 @@ TEST_F(RemovalUiTest, AReviewOnlyPlanWaitsForTheBox) {
 
     // Return presses nothing while the button is off.
     QTest::keyClick(sheet(), Qt::Key_Return);
-    EXPECT_TRUE(state->plan());
+    EXPECT_TRUE(state->removal().plan());
 
     sheet()->reviewBox()->setChecked(true);
     EXPECT_TRUE(sheet()->confirmButton()->isEnabled());
@@ -114,9 +114,9 @@ TEST_F(RemovalUiTest, AReviewOnlyPlanWaitsForTheBox) {
     // Ticked, Return deletes: the item goes to this home's Trash and the toast says so.
     sheet()->reviewBox()->setChecked(true);
     QTest::keyClick(sheet(), Qt::Key_Return);
-    EXPECT_FALSE(state->plan());
+    EXPECT_FALSE(state->removal().plan());
     EXPECT_EQ(sheet(), nullptr);
-    ASSERT_TRUE(waitUntil([&] { return state->toast().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return state->removal().toast().has_value(); }));
     EXPECT_FALSE(std::filesystem::exists(thesis.path));
     EXPECT_TRUE(std::filesystem::exists(trashFiles + "/thesis.tex"));
     EXPECT_TRUE(window->toast()->isVisible());
@@ -129,7 +129,7 @@ TEST_F(RemovalUiTest, AProtectedPlanCanOnlyBeCancelled) {
     const PlanItem desktop = makePlanItem(home + "/Desktop", 1'000'000, Removal::trash);
     test::writeFile(home + "/Documents/keep.txt", 10);
     ASSERT_EQ(documents.verdict.risk, Risk::protected_);
-    state->propose({documents, desktop}, "Delete Items");
+    state->removal().propose({documents, desktop}, "Delete Items");
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(sheet()->reviewBox(), nullptr);
     EXPECT_FALSE(sheet()->confirmButton()->isEnabled());
@@ -141,13 +141,13 @@ TEST_F(RemovalUiTest, AProtectedPlanCanOnlyBeCancelled) {
     EXPECT_TRUE(noted);
 
     QTest::keyClick(sheet(), Qt::Key_Return);
-    EXPECT_TRUE(state->plan());
+    EXPECT_TRUE(state->removal().plan());
     QTest::keyClick(sheet(), Qt::Key_Escape);
-    EXPECT_FALSE(state->plan());
+    EXPECT_FALSE(state->removal().plan());
     EXPECT_EQ(sheet(), nullptr);
     settle();
     EXPECT_TRUE(std::filesystem::exists(home + "/Documents/keep.txt"));
-    EXPECT_TRUE(state->history().entries().empty());
+    EXPECT_TRUE(state->removal().history().entries().empty());
 }
 
 TEST_F(RemovalUiTest, AMixedPlanBySectionsAndTheSetting) {
@@ -155,7 +155,7 @@ TEST_F(RemovalUiTest, AMixedPlanBySectionsAndTheSetting) {
     const PlanItem thesis = file("Documents/thesis.tex", 2'000'000);
     const PlanItem documents = makePlanItem(home + "/Documents", 9'000'000, Removal::trash);
     ASSERT_EQ(movie.verdict.risk, Risk::safe);
-    state->propose({documents, thesis, movie}, "Clean Junk");
+    state->removal().propose({documents, thesis, movie}, "Clean Junk");
     ASSERT_NE(sheet(), nullptr);
     // The thesis lies in the Documents folder of the same plan, so it is left out of it.
     EXPECT_EQ(sheetRows(),
@@ -163,10 +163,10 @@ TEST_F(RemovalUiTest, AMixedPlanBySectionsAndTheSetting) {
     EXPECT_TRUE(sheet()->confirmButton()->isEnabled());
     EXPECT_EQ(sheet()->totalLabel()->text(), "Total: 3 MB");
     sheet()->cancelButton()->click();
-    EXPECT_FALSE(state->plan());
+    EXPECT_FALSE(state->removal().plan());
 
-    state->setPermanentDelete(true);
-    state->propose({thesis, movie}, "Delete Items");
+    state->settings().setPermanentDelete(true);
+    state->removal().propose({thesis, movie}, "Delete Items");
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(sheetRows(),
               QStringList({"[safe] 1 · 3 MB", "movie.mkv", "[review] 1 · 2 MB", "thesis.tex"}));
@@ -177,7 +177,7 @@ TEST_F(RemovalUiTest, AMixedPlanBySectionsAndTheSetting) {
 
     // A newer plan replaces the sheet of the old one.
     const std::string firstId = sheet()->planId();
-    state->propose({movie}, "Delete Items");
+    state->removal().propose({movie}, "Delete Items");
     ASSERT_NE(sheet(), nullptr);
     EXPECT_NE(sheet()->planId(), firstId);
     EXPECT_FALSE(sheet()->acceptedReview());
@@ -202,7 +202,7 @@ TEST_F(RemovalUiTest, ANewerToastKeepsItsFullTime) {
     ToastView* view = window->toast();
     QElapsedTimer clock;
     clock.start();
-    state->showToast({"old", "First", std::nullopt, {}});
+    state->removal().showToast({"old", "First", std::nullopt, {}});
     EXPECT_TRUE(view->isVisible());
     EXPECT_FALSE(view->undoButton()->isVisibleTo(window.get()));
     EXPECT_FALSE(view->detail()->isVisibleTo(window.get()));
@@ -210,7 +210,7 @@ TEST_F(RemovalUiTest, ANewerToastKeepsItsFullTime) {
 
     HistoryEntry trashed;
     trashed.trashPath = "/nowhere";
-    state->showToast({"new", "Second", "Details in History.", {trashed}});
+    state->removal().showToast({"new", "Second", "Details in History.", {trashed}});
     const qint64 replacedAt = clock.elapsed();
     EXPECT_EQ(view->message()->text(), "Second");
     EXPECT_TRUE(view->detail()->isVisibleTo(window.get()));
@@ -218,18 +218,18 @@ TEST_F(RemovalUiTest, ANewerToastKeepsItsFullTime) {
 
     // The first toast's timer fires at one second and leaves the second alone.
     waitUntil([] { return false; }, std::chrono::milliseconds(1200 - clock.elapsed()));
-    ASSERT_TRUE(state->toast());
-    EXPECT_EQ(state->toast()->id, "new");
-    ASSERT_TRUE(waitUntil([&] { return !state->toast(); }, 3s));
+    ASSERT_TRUE(state->removal().toast());
+    EXPECT_EQ(state->removal().toast()->id, "new");
+    ASSERT_TRUE(waitUntil([&] { return !state->removal().toast(); }, 3s));
     EXPECT_GE(clock.elapsed() - replacedAt, 1000);
     EXPECT_TRUE(waitUntil([&] { return !view->isVisible(); }, 2s)); // after its slide out
 
-    state->showToast({"closing", "Third", std::nullopt, {}});
+    state->removal().showToast({"closing", "Third", std::nullopt, {}});
     const QImage done = view->symbol()->grab().toImage();
-    state->showToast({"failed", "No file manager answered", std::nullopt, {}, true});
+    state->removal().showToast({"failed", "No file manager answered", std::nullopt, {}, true});
     EXPECT_NE(view->symbol()->grab().toImage(), done); // a warning sign, not the check
     view->closeButton()->click();
-    EXPECT_FALSE(state->toast());
+    EXPECT_FALSE(state->removal().toast());
 }
 
 TEST_F(RemovalUiTest, TheHistoryPage) {
@@ -240,10 +240,11 @@ TEST_F(RemovalUiTest, TheHistoryPage) {
         return makeDeletionRequest(home + "/Downloads/" + name, 600'000, removal);
     };
     bool ran = false;
-    state->performDeletion({request("a.bin", Removal::trash), request("b.bin", Removal::trash),
-                            request("c.bin", Removal::trash), request("d.bin", Removal::permanent),
-                            request("gone.bin", Removal::trash)},
-                           false, [&](const DeletionReport&) { ran = true; });
+    state->removal().performDeletion(
+        {request("a.bin", Removal::trash), request("b.bin", Removal::trash),
+         request("c.bin", Removal::trash), request("d.bin", Removal::permanent),
+         request("gone.bin", Removal::trash)},
+        false, [&](const DeletionReport&) { ran = true; });
     ASSERT_TRUE(waitUntil([&] { return ran; }));
     state->setSection(AppSection::history);
     auto* page = dynamic_cast<HistoryView*>(window->currentPage());
@@ -290,8 +291,8 @@ TEST_F(RemovalUiTest, TheHistoryPage) {
                       QPoint(cell.right() - 20, cell.center().y()));
     EXPECT_TRUE(std::filesystem::exists(home + "/Downloads/a.bin"));
     EXPECT_EQ(rows()[0], (Row{"a.bin", "Restored", ""}));
-    ASSERT_TRUE(state->toast());
-    EXPECT_EQ(state->toast()->message, "1 item(s) restored");
+    ASSERT_TRUE(state->removal().toast());
+    EXPECT_EQ(state->removal().toast()->message, "1 item(s) restored");
 
     QAbstractButton* clear = nullptr;
     for (QPushButton* button : page->findChildren<QPushButton*>()) {
@@ -312,9 +313,9 @@ TEST_F(RemovalUiTest, TheFailuresCardShowsTheFirstEight) {
             makeDeletionRequest(home + "/missing" + std::to_string(i), 1, Removal::trash));
     }
     bool ran = false;
-    state->performDeletion(requests, false, [&](const DeletionReport&) { ran = true; });
+    state->removal().performDeletion(requests, false, [&](const DeletionReport&) { ran = true; });
     ASSERT_TRUE(waitUntil([&] { return ran; }));
-    ASSERT_EQ(state->failures().size(), 11u);
+    ASSERT_EQ(state->removal().failures().size(), 11u);
     auto* page = dynamic_cast<HistoryView*>(window->page(AppSection::history));
     int reasons = 0;
     for (const QLabel* label : page->failuresCard()->findChildren<QLabel*>()) {

@@ -2,7 +2,6 @@
 
 #include "base/Uuid.h"
 #include "removal/DeletionPlan.h"
-#include "removal/SafetyRules.h"
 #include "scanning/ScanPaths.h"
 #include "state/AppState.h"
 #include "ui/Desktop.h"
@@ -28,20 +27,19 @@ void revealPaths(AppState& state, const std::vector<std::string>& paths) {
     if (paths.empty() || Desktop::reveal(paths)) {
         return;
     }
-    state.showToast(Toast{Uuid::make(),
-                          "No file manager answered",
-                          "Couldn't show " + displayPath(paths.front()) + ".",
-                          {},
-                          true});
+    state.removal().showToast(Toast{Uuid::make(),
+                                    "No file manager answered",
+                                    "Couldn't show " + displayPath(paths.front()) + ".",
+                                    {},
+                                    true});
 }
 
 void proposeNodeDeletion(AppState& state, const std::vector<FileNodePtr>& nodes) {
     std::vector<PlanItem> items;
     for (const auto& node : nodes) {
-        const std::string path = node->path();
-        items.push_back({path, node->name, node->size, Removal::trash, SafetyRules::verdict(path)});
+        items.push_back(makePlanItem(node->path(), node->size, Removal::trash));
     }
-    state.propose(items, "Delete Items");
+    state.removal().propose(items, std::string(PlanTitles::deleteItems));
 }
 
 QMenu* makeNodeContextMenu(AppState& state, const std::vector<FileNodePtr>& nodes,
@@ -70,7 +68,7 @@ QMenu* makeNodeContextMenu(AppState& state, const std::vector<FileNodePtr>& node
     menu->addAction(QObject::tr("Copy Path"), [paths] { Desktop::copyPaths(paths); });
     menu->addAction(QObject::tr("Exclude from Scans"), [&state, paths] {
         for (const auto& path : paths) {
-            state.appendExcludedPath(path);
+            state.settings().appendExcludedPath(path);
         }
     });
     menu->addSeparator();

@@ -165,7 +165,8 @@ ConfirmDeletionView::ConfirmDeletionView(AppState& state, DeletionPlan plan, QWi
     : QDialog(parent, Qt::Widget), state_(state), plan_(std::move(plan)),
       byRisk_(itemsByRisk(plan_)), list_(new QListWidget), delegate_(new PlanListDelegate(list_)),
       total_(Style::label({}, Style::TextRole::body)), cancel_(new QPushButton(tr("Cancel"))),
-      confirm_(new QPushButton(qtText(PlanTexts::confirmButton(state.permanentDelete())))) {
+      confirm_(
+          new QPushButton(qtText(PlanTexts::confirmButton(state.settings().permanentDelete())))) {
     list_->setItemDelegate(delegate_);
     list_->setFrameShape(QFrame::NoFrame);
     list_->setSelectionMode(QAbstractItemView::NoSelection);
@@ -179,7 +180,7 @@ ConfirmDeletionView::ConfirmDeletionView(AppState& state, DeletionPlan plan, QWi
     connect(cancel_, &QPushButton::clicked, this, &ConfirmDeletionView::reject);
     connect(confirm_, &QPushButton::clicked, this, [this] {
         // The plan leaves the state here, and the sheet with it.
-        state_.execute(plan_, acceptedReview_);
+        state_.removal().execute(plan_, acceptedReview_);
     });
     auto* footer = new QHBoxLayout;
     footer->setSpacing(Style::gap);
@@ -219,7 +220,7 @@ QWidget* ConfirmDeletionView::makeHead() {
     symbol->setTint(Style::Tint::danger);
     symbol->setBadge(true);
     auto* title = Style::label(qtText(plan_.title), Style::TextRole::headline);
-    auto* line = Style::label(qtText(PlanTexts::headline(state_.permanentDelete())),
+    auto* line = Style::label(qtText(PlanTexts::headline(state_.settings().permanentDelete())),
                               Style::TextRole::secondary);
     line->setWordWrap(true);
     QVBoxLayout* lines = layOutWithLeadingSymbol(head, symbol, 0, Style::cardPadding).column;
@@ -301,7 +302,7 @@ bool ConfirmDeletionView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ConfirmDeletionView::reject() {
-    state_.cancelPlan();
+    state_.removal().cancelPlan();
     QDialog::reject();
 }
 

@@ -75,8 +75,9 @@ QWidget* SettingsView::makeGeneralTab() {
     segmentsLayout->addStretch();
 
     permanentDelete_ = new QCheckBox(tr("Delete permanently instead of using the Trash"));
-    permanentDelete_->setChecked(state_.permanentDelete());
-    connect(permanentDelete_, &QCheckBox::toggled, &state_, &AppState::setPermanentDelete);
+    permanentDelete_->setChecked(state_.settings().permanentDelete());
+    connect(permanentDelete_, &QCheckBox::toggled, &state_.settings(),
+            &SettingsState::setPermanentDelete);
 
     auto* form = new QFormLayout(tab);
     form->setContentsMargins(Style::sectionGap, Style::sectionGap, Style::sectionGap,

@@ -51,7 +51,7 @@ RootView::RootView(AppState& state, AppearanceController& appearance,
     makeMenus();
     connect(&state, &AppState::sectionChanged, this, &RootView::showSection);
     connect(&state, &AppState::showAccessOnboardingChanged, this, &RootView::refreshSheets);
-    connect(&state, &AppState::planChanged, this, &RootView::refreshSheets);
+    connect(&state.removal(), &RemovalState::planChanged, this, &RootView::refreshSheets);
     connect(qApp, &QGuiApplication::applicationStateChanged, this,
             [this](Qt::ApplicationState applicationState) {
                 if (applicationState == Qt::ApplicationActive) {
@@ -134,10 +134,11 @@ void RootView::refreshSheets() {
         }
         return;
     }
-    if (state_.plan()) {
+    if (state_.removal().plan()) {
         const auto* shown = dynamic_cast<ConfirmDeletionView*>(sheets_->sheet());
-        if (shown == nullptr || shown->planId() != state_.plan()->id) {
-            sheets_->present(new ConfirmDeletionView(state_, *state_.plan()), confirmDeletionWidth);
+        if (shown == nullptr || shown->planId() != state_.removal().plan()->id) {
+            sheets_->present(new ConfirmDeletionView(state_, *state_.removal().plan()),
+                             confirmDeletionWidth);
         }
         return;
     }

@@ -44,10 +44,10 @@ ToastView::ToastView(AppState& state, std::chrono::milliseconds lifetime, QWidge
     close_->setIcon(Symbols::icon("xmark", Style::Tint::secondary));
     close_->setAutoRaise(true);
     close_->setToolTip(tr("Close"));
-    connect(close_, &QToolButton::clicked, &state_, &AppState::closeToast);
+    connect(close_, &QToolButton::clicked, &state_.removal(), &RemovalState::closeToast);
     connect(undo_, &QPushButton::clicked, this, [this] {
-        if (state_.toast()) {
-            state_.undo(state_.toast()->undoable);
+        if (state_.removal().toast()) {
+            state_.removal().undo(state_.removal().toast()->undoable);
         }
     });
 
@@ -63,18 +63,18 @@ ToastView::ToastView(AppState& state, std::chrono::milliseconds lifetime, QWidge
     slide_.setDuration(slideMilliseconds);
     slide_.setEasingCurve(QEasingCurve::OutCubic);
     connect(&slide_, &QPropertyAnimation::finished, this, [this] {
-        if (!state_.toast()) {
+        if (!state_.removal().toast()) {
             hide();
         }
     });
     parent->installEventFilter(this);
-    connect(&state, &AppState::toastChanged, this, &ToastView::refresh);
+    connect(&state.removal(), &RemovalState::toastChanged, this, &ToastView::refresh);
     hide();
     refresh();
 }
 
 void ToastView::refresh() {
-    const std::optional<Toast>& toast = state_.toast();
+    const std::optional<Toast>& toast = state_.removal().toast();
     if (!toast) {
         shownId_.clear();
         if (isVisible()) {
@@ -96,7 +96,8 @@ void ToastView::refresh() {
     }
     // A new toast: its own full time, whatever the timer of the one before does.
     shownId_ = toast->id;
-    QTimer::singleShot(lifetime_, this, [this, id = toast->id] { state_.dismissToast(id); });
+    QTimer::singleShot(lifetime_, this,
+                       [this, id = toast->id] { state_.removal().dismissToast(id); });
     const bool appearing = !isVisible();
     show();
     raise();

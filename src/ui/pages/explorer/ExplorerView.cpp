@@ -2,7 +2,6 @@
 
 #include "base/TextForms.h"
 #include "state/AppState.h"
-#include "state/Settings.h"
 #include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/files/FilesTable.h"
@@ -18,7 +17,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -28,17 +26,13 @@ namespace {
 
 constexpr int mapDepth = 5;
 
-ExplorerMode storedMode() {
-    const QSettings settings(settingsOrganisation, settingsApplication);
-    return settings.value(SettingKeys::explorerMode).toString() == QLatin1String("map")
-               ? ExplorerMode::map
-               : ExplorerMode::list;
+ExplorerMode storedMode(const SettingsState& settings) {
+    return settings.explorerMode() == QLatin1String("map") ? ExplorerMode::map : ExplorerMode::list;
 }
 
-void storeMode(ExplorerMode mode) {
-    QSettings settings(settingsOrganisation, settingsApplication);
-    settings.setValue(SettingKeys::explorerMode,
-                      mode == ExplorerMode::map ? QStringLiteral("map") : QStringLiteral("list"));
+void storeMode(SettingsState& settings, ExplorerMode mode) {
+    settings.setExplorerMode(mode == ExplorerMode::map ? QStringLiteral("map")
+                                                       : QStringLiteral("list"));
 }
 
 } // namespace
@@ -49,8 +43,8 @@ ExplorerView::ExplorerView(AppState& state, QWidget* parent)
                   "everything really takes up."),
                tr("Nothing to explore yet"),
                tr("Scan your disk to browse it folder by folder, by size."), parent),
-      mode_(storedMode()), modePicker_(new SegmentedControl), breadcrumbs_(new Breadcrumbs(state)),
-      modes_(new QStackedWidget) {
+      mode_(storedMode(state.settings())), modePicker_(new SegmentedControl),
+      breadcrumbs_(new Breadcrumbs(state)), modes_(new QStackedWidget) {
     modePicker_->addSegment(static_cast<int>(ExplorerMode::list), tr("List"), "list.bullet");
     modePicker_->addSegment(static_cast<int>(ExplorerMode::map), tr("Map"), "chart.pie");
     modePicker_->setChosen(static_cast<int>(mode_));
@@ -79,7 +73,7 @@ void ExplorerView::setMode(ExplorerMode mode) {
         return;
     }
     mode_ = mode;
-    storeMode(mode);
+    storeMode(state_.settings(), mode);
     modePicker_->setChosen(static_cast<int>(mode));
     modes_->setCurrentIndex(static_cast<int>(mode));
 }

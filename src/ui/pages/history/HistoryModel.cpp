@@ -15,18 +15,18 @@ namespace dorvik {
 
 HistoryModel::HistoryModel(const AppState& state, QObject* parent)
     : QAbstractTableModel(parent), state_(state) {
-    connect(&state, &AppState::historyChanged, this, [this] {
+    connect(&state.removal(), &RemovalState::historyChanged, this, [this] {
         beginResetModel();
         endResetModel();
     });
 }
 
 const HistoryEntry& HistoryModel::entry(int row) const {
-    return state_.history().entries().at(static_cast<size_t>(row));
+    return state_.removal().history().entries().at(static_cast<size_t>(row));
 }
 
 int HistoryModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(state_.history().entries().size());
+    return parent.isValid() ? 0 : static_cast<int>(state_.removal().history().entries().size());
 }
 
 int HistoryModel::columnCount(const QModelIndex& parent) const {

@@ -125,7 +125,7 @@ public:
             return false;
         }
         const HistoryEntry entry = static_cast<HistoryModel*>(model)->entry(index.row());
-        state_.undo({entry});
+        state_.removal().undo({entry});
         return true;
     }
 
@@ -158,7 +158,7 @@ HistoryView::HistoryView(AppState& state, QWidget* parent)
 
     body()->addWidget(failuresCard_);
     body()->addWidget(table_, 1);
-    connect(&state, &AppState::failuresChanged, this, &HistoryView::refreshFailures);
+    connect(&state.removal(), &RemovalState::failuresChanged, this, &HistoryView::refreshFailures);
     refreshFailures();
 }
 
@@ -182,7 +182,7 @@ void HistoryView::refreshFailures() {
         delete row->widget();
         delete row;
     }
-    const std::vector<DeletionFailure>& failures = state_.failures();
+    const std::vector<DeletionFailure>& failures = state_.removal().failures();
     failuresCard_->setVisible(!failures.empty());
     for (size_t i = 0; i < std::min(failures.size(), shownFailures); ++i) {
         auto* row = new QWidget;
