@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace dorvik::platform {
 
@@ -11,6 +12,10 @@ bool processIsAlive(long pid) {
         return false;
     }
     return kill(static_cast<pid_t>(pid), 0) == 0 || errno == EPERM;
+}
+
+long currentProcessId() {
+    return static_cast<long>(getpid());
 }
 
 } // namespace dorvik::platform

@@ -6,4 +6,7 @@ namespace dorvik::platform {
 // left by a killed process from one still being written.
 bool processIsAlive(long pid);
 
+// The id of this process, as files that name their writer carry it.
+long currentProcessId();
+
 } // namespace dorvik::platform

@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <charconv>
 #include <random>
-#include <unistd.h>
 
 namespace dorvik {
 
@@ -28,7 +27,7 @@ constexpr std::string_view journalMarker = ".journal-";
 std::string newJournalPath(const std::string& historyFile) {
     platform::makePrivateFolder(parentPath(historyFile));
     static thread_local std::mt19937_64 random{std::random_device{}()};
-    return historyFile + std::string(journalMarker) + std::to_string(getpid()) + "-" +
+    return historyFile + std::string(journalMarker) + std::to_string(platform::currentProcessId()) + "-" +
            std::to_string(random());
 }
 
