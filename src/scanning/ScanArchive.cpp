@@ -364,7 +364,10 @@ std::string defaultPath() {
 }
 
 bool write(const ScanResult& scan, const ScanTarget& target, const std::string& path) {
-    const std::vector<uint8_t> payload = encodePayload(scan, target);
+    return writePayload(encodePayload(scan, target), path);
+}
+
+bool writePayload(std::span<const uint8_t> payload, const std::string& path) {
     return platform::writeFileAtomically(path, platform::Lzfse::encode(payload));
 }
 
