@@ -29,11 +29,6 @@ public:
         return true;
     }
 
-    bool isAttached() {
-        std::lock_guard guard(lock_);
-        return target_ != nullptr;
-    }
-
     void detach() {
         std::lock_guard guard(lock_);
         target_ = nullptr;
