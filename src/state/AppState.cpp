@@ -7,10 +7,9 @@
 #include "scanning/Scanner.h"
 #include "state/Settings.h"
 #include "state/StoredExclusions.h"
+#include "state/WorkerHandoff.h"
 #include "system/FullDiskAccess.h"
 #include "trends/ScanSnapshot.h"
-
-#include <QThreadPool>
 
 #include <chrono>
 
@@ -174,8 +173,8 @@ void AppState::startScan(std::optional<ScanTarget> target) {
     const std::string rootPath = scanTarget_.rootPath();
     const std::vector<std::string> excludedList = excludedPaths();
     std::set<std::string> excluded(excludedList.begin(), excludedList.end());
-    QThreadPool::globalInstance()->start([relay = relay_, scanner, rootPath,
-                                          excluded = std::move(excluded), target = scanTarget_] {
+    startOnWorker([relay = relay_, scanner, rootPath, excluded = std::move(excluded),
+                   target = scanTarget_] {
         auto result = scanner->scan(
             rootPath, excluded, [&relay](int64_t files, int64_t bytes, const std::string& path) {
                 relay->post([files, bytes, path](AppState& state) {
@@ -249,7 +248,7 @@ void AppState::applicationBecameActive() {
 void AppState::restoreLastScan() {
     isRestoringScan_ = true;
     emit isRestoringScanChanged();
-    QThreadPool::globalInstance()->start([relay = relay_, path = ScanArchive::defaultPath()] {
+    startOnWorker([relay = relay_, path = ScanArchive::defaultPath()] {
         auto archived = ScanArchive::read(path);
         relay->post([archived = std::move(archived)](AppState& state) mutable {
             state.isRestoringScan_ = false;
@@ -301,7 +300,7 @@ void AppState::writeArchive(const ScanTarget& target) {
     }
     // The nodes change only on this thread, so the payload is encoded here, between two of
     // their changes; the worker gets bytes alone to compress and write.
-    QThreadPool::globalInstance()->start(
+    startOnWorker(
         [payload = ScanArchive::encodePayload(*scan_, target), path = ScanArchive::defaultPath()] {
             ScanArchive::writePayload(payload, path);
         });
@@ -330,8 +329,8 @@ void AppState::execute(const DeletionPlan& plan, bool includeReview) {
 void AppState::performDeletion(std::vector<DeletionRequest> requests, bool quiet,
                                std::function<void(const DeletionReport&)> done) {
     auto journal = std::make_shared<HistoryJournal>(history_.fileURL());
-    QThreadPool::globalInstance()->start([relay = relay_, requests = std::move(requests), quiet,
-                                          done = std::move(done), journal] {
+    startOnWorker([relay = relay_, requests = std::move(requests), quiet, done = std::move(done),
+                   journal] {
         DeletionOutcome outcome = DeletionEngine::run(requests, journal.get());
         relay->post([outcome = std::move(outcome), quiet, done, journal](AppState& state) mutable {
             const DeletionReport report = outcome.report;
