@@ -55,6 +55,10 @@ std::string defaultPath();
 // Compresses and replaces the file atomically. False on failure; the old file then stays.
 bool write(const ScanResult& scan, const ScanTarget& target, const std::string& path);
 
+// The same for a payload already encoded. It reads no node, so that the tree's owner can encode
+// on its own thread and leave the slow part to a worker.
+bool writePayload(std::span<const uint8_t> payload, const std::string& path);
+
 std::optional<ArchivedScan> read(const std::string& path);
 
 } // namespace dorvik::ScanArchive

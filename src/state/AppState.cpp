@@ -6,13 +6,11 @@
 #include "scanning/Scanner.h"
 #include "state/Settings.h"
 #include "state/StoredExclusions.h"
+#include "state/WorkerHandoff.h"
 #include "system/FullDiskAccess.h"
 #include "trends/ScanSnapshot.h"
 
-#include <QThreadPool>
-
 #include <chrono>
-#include <future>
 
 namespace dorvik {
 
@@ -38,16 +36,7 @@ AppState::AppState(AppStateOptions options, QObject* parent)
     connect(&removal_, &RemovalState::removed, this, &AppState::markRemoved);
     archiveTimer_.setSingleShot(true);
     archiveTimer_.setInterval(options_.archiveDelay);
-    connect(&archiveTimer_, &QTimer::timeout, this, [this] {
-        if (!scan_) {
-            return;
-        }
-        // The result shares the tree; the write reads it on a worker while pages carry on.
-        QThreadPool::globalInstance()->start(
-            [scan = *scan_, target = scanTarget_, path = ScanArchive::defaultPath()] {
-                ScanArchive::write(scan, target, path);
-            });
-    });
+    connect(&archiveTimer_, &QTimer::timeout, this, [this] { writeArchive(scanTarget_); });
     applyLaunchSettings();
 }
 
@@ -143,9 +132,8 @@ void AppState::startScan(std::optional<ScanTarget> target) {
     const std::string rootPath = scanTarget_.rootPath();
     const std::vector<std::string> excludedList = settings_.excludedPaths();
     std::set<std::string> excluded(excludedList.begin(), excludedList.end());
-    QThreadPool::globalInstance()->start([relay = relay_, scanner, rootPath,
-                                          excluded = std::move(excluded), target = scanTarget_,
-                                          archivePath = ScanArchive::defaultPath()] {
+    startOnWorker([relay = relay_, scanner, rootPath, excluded = std::move(excluded),
+                   target = scanTarget_] {
         auto result = scanner->scan(
             rootPath, excluded, [&relay](int64_t files, int64_t bytes, const std::string& path) {
                 relay->post([files, bytes, path](AppState& state) {
@@ -157,36 +145,23 @@ void AppState::startScan(std::optional<ScanTarget> target) {
         if (result) {
             snapshot = makeScanSnapshot(*result, now());
         }
-        // The main thread takes the result first; the archive is written only after it did.
-        auto handedOver = std::make_shared<std::promise<void>>();
-        std::future<void> done = handedOver->get_future();
-        const bool posted =
-            relay->post([scanner, result, snapshot, handedOver](AppState& state) mutable {
-                state.finishScan(scanner, std::move(result), std::move(snapshot));
-                handedOver->set_value();
-            });
-        if (!posted) {
-            return;
-        }
-        while (done.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready) {
-            if (!relay->isAttached()) {
-                return;
-            }
-        }
-        if (result && !scanner->isCancelled()) {
-            ScanArchive::write(*result, target, archivePath);
-        }
+        // The tree goes to the main thread whole; this worker keeps no node of it.
+        relay->post([scanner, target, result = std::move(result),
+                     snapshot = std::move(snapshot)](AppState& state) mutable {
+            state.finishScan(scanner, target, std::move(result), std::move(snapshot));
+        });
     });
 }
 
-void AppState::finishScan(const std::shared_ptr<Scanner>& scanner, std::optional<ScanResult> result,
-                          std::optional<ScanSnapshot> snapshot) {
+void AppState::finishScan(const std::shared_ptr<Scanner>& scanner, const ScanTarget& target,
+                          std::optional<ScanResult> result, std::optional<ScanSnapshot> snapshot) {
     if (scanner_ != scanner) {
         return; // superseded or cancelled: it leaves no trace
     }
     setIsScanning(false);
     if (result) {
         adoptScan(std::move(*result));
+        writeArchive(target);
         if (snapshot) {
             trends_.record(std::move(*snapshot));
         }
@@ -232,7 +207,7 @@ void AppState::applicationBecameActive() {
 void AppState::restoreLastScan() {
     isRestoringScan_ = true;
     emit isRestoringScanChanged();
-    QThreadPool::globalInstance()->start([relay = relay_, path = ScanArchive::defaultPath()] {
+    startOnWorker([relay = relay_, path = ScanArchive::defaultPath()] {
         auto archived = ScanArchive::read(path);
         relay->post([archived = std::move(archived)](AppState& state) mutable {
             state.isRestoringScan_ = false;
@@ -276,6 +251,18 @@ void AppState::markRemoved(const std::set<std::string>& removedPaths) {
 
 void AppState::scheduleArchive() {
     archiveTimer_.start();
+}
+
+void AppState::writeArchive(const ScanTarget& target) {
+    if (!scan_) {
+        return;
+    }
+    // The nodes change only on this thread, so the payload is encoded here, between two of
+    // their changes; the worker gets bytes alone to compress and write.
+    startOnWorker(
+        [payload = ScanArchive::encodePayload(*scan_, target), path = ScanArchive::defaultPath()] {
+            ScanArchive::writePayload(payload, path);
+        });
 }
 
 size_t AppState::markRestored(const std::set<std::string>& restoredPaths) {

@@ -116,9 +116,12 @@ signals:
 private:
     void applyLaunchSettings();
     void restoreLastScan();
-    void finishScan(const std::shared_ptr<Scanner>& scanner, std::optional<ScanResult> result,
-                    std::optional<ScanSnapshot> snapshot);
+    // `target` is the one the scan was started for.
+    void finishScan(const std::shared_ptr<Scanner>& scanner, const ScanTarget& target,
+                    std::optional<ScanResult> result, std::optional<ScanSnapshot> snapshot);
     void adoptScan(ScanResult result);
+    // Writes the scan in force to the archive, as a scan of `target`.
+    void writeArchive(const ScanTarget& target);
     void readSharedFilesAgain();
     void setIsScanning(bool scanning);
     void setHasFullDiskAccess(bool access);

@@ -4,6 +4,8 @@
 // the main thread only while the state still exists. The state detaches the relay when it goes;
 // a post either happened before that, and Qt drops it with the object, or finds nobody.
 
+#include "state/WorkerHandoff.h"
+
 #include <QMetaObject>
 #include <QObject>
 
@@ -24,14 +26,15 @@ public:
             return false;
         }
         Target* target = target_;
+        std::lock_guard handingOver(handoffLock());
         QMetaObject::invokeMethod(
-            target, [target, work = std::move(work)] { work(*target); }, Qt::QueuedConnection);
+            target,
+            [target, work = std::move(work)] {
+                takeOver();
+                work(*target);
+            },
+            Qt::QueuedConnection);
         return true;
-    }
-
-    bool isAttached() {
-        std::lock_guard guard(lock_);
-        return target_ != nullptr;
     }
 
     void detach() {

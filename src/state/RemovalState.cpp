@@ -2,8 +2,7 @@
 
 #include "removal/RemovalTransaction.h"
 #include "state/AppState.h"
-
-#include <QThreadPool>
+#include "state/WorkerHandoff.h"
 
 namespace dorvik {
 
@@ -38,9 +37,8 @@ void RemovalState::execute(const DeletionPlan& plan, bool includeReview) {
 
 void RemovalState::performDeletion(std::vector<DeletionRequest> requests, bool quiet,
                                    std::function<void(const DeletionReport&)> done) {
-    QThreadPool::globalInstance()->start([relay = relay_, requests = std::move(requests), quiet,
-                                          done = std::move(done),
-                                          historyFile = history_.fileURL()] {
+    startOnWorker([relay = relay_, requests = std::move(requests), quiet, done = std::move(done),
+                   historyFile = history_.fileURL()] {
         DeletionOutcome outcome = carryOutRemoval(requests, historyFile);
         relay->post([outcome = std::move(outcome), quiet, done](RemovalState& removal) {
             removal.finishDeletion(outcome, quiet);

@@ -296,6 +296,81 @@ TEST_F(AppStateTest, ABurstOfRemovalsWritesTheArchiveOnceAfterTheQuietTime) {
     EXPECT_TRUE(archived->scan.files.empty());
 }
 
+// The live nodes at and below `root`.
+int64_t liveNodes(const FileNodePtr& root) {
+    int64_t count = 0;
+    std::vector<FileNodePtr> stack{root};
+    while (!stack.empty()) {
+        const FileNodePtr node = std::move(stack.back());
+        stack.pop_back();
+        ++count;
+        for (const FileNodePtr& child : node->children) {
+            if (!child->deleted) {
+                stack.push_back(child);
+            }
+        }
+    }
+    return count;
+}
+
+// Removals land while the archive of the scan is being written and while each rewrite after a
+// quiet time is under way; the last archive holds the tree as it ended. Built with
+// ThreadSanitizer, this is also the test that no worker reads the nodes the removals change.
+TEST_F(AppStateTest, RemovalsWhileTheArchiveIsWrittenEndInTheTreeAsItIs) {
+    test::makeFolder(dir / "t");
+    bench::generateTree(dir / "t", 3000, 5);
+    AppState state(options());
+    settle();
+    state.startScan(ScanTarget::folder(dir / "t"));
+    ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
+    std::vector<std::string> leaves;
+    std::vector<FileNodePtr> stack{state.scan()->root};
+    while (!stack.empty()) {
+        const FileNodePtr node = std::move(stack.back());
+        stack.pop_back();
+        if (node->children.empty()) {
+            leaves.push_back(node->path());
+        }
+        stack.insert(stack.end(), node->children.begin(), node->children.end());
+    }
+    ASSERT_GE(leaves.size(), 30u) << leaves.size();
+
+    // The scan's archive has just been set off.
+    for (size_t i = 0; i < 20; ++i) {
+        state.markRemoved({leaves[i]});
+    }
+    // Each removal a little after the quiet time, as the rewrite starts.
+    for (size_t i = 20; i < 30; ++i) {
+        waitUntil([] { return false; }, options().archiveDelay + 5ms);
+        state.markRemoved({leaves[i]});
+    }
+    settle();
+    waitUntil([] { return false; }, 2 * options().archiveDelay);
+    settle();
+
+    const auto archived = ScanArchive::read(ScanArchive::defaultPath());
+    ASSERT_TRUE(archived);
+    EXPECT_EQ(liveNodes(archived->scan.root), liveNodes(state.scan()->root));
+    EXPECT_EQ(archived->scan.root->size, state.scan()->root->size);
+    EXPECT_EQ(archived->scan.root->fileCount, state.scan()->root->fileCount);
+    EXPECT_EQ(archived->scan.kindTotals, state.scan()->kindTotals);
+}
+
+TEST_F(AppStateTest, TheArchiveKeepsTheTargetItsScanWasMadeFor) {
+    test::writeFile(dir / "f/a.txt", 10);
+    AppState state(options(false));
+    settle();
+    state.startScan(ScanTarget::folder(dir / "f"));
+    // Held back by the access sheet, while the folder's scan goes on and lands.
+    state.startScan(ScanTarget::home());
+    ASSERT_TRUE(waitUntil([&] { return !state.isScanning(); }));
+    settle();
+    const auto archived = ScanArchive::read(ScanArchive::defaultPath());
+    ASSERT_TRUE(archived);
+    EXPECT_EQ(archived->target, ScanTarget::folder(dir / "f"));
+    EXPECT_EQ(archived->scan.rootPath, dir / "f");
+}
+
 TEST_F(AppStateTest, RevealNodeOpensTheExplorerAtItsFolder) {
     test::writeFile(dir / "r/a/b/big.bin", 1 << 20);
     AppState state(options());

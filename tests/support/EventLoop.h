@@ -11,8 +11,8 @@ namespace dorvik::test {
 bool waitUntil(const std::function<bool()>& done,
                std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-// Lets every worker end and every posted result land. Workers may wait for the main thread to
-// take their results, so the loop keeps running while they finish.
+// Lets every worker end and every posted result land. A result that lands may set off more work
+// (the archive of a scan), so the loop keeps running while workers finish.
 void settle();
 
 } // namespace dorvik::test
