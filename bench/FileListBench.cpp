@@ -4,10 +4,9 @@
 //
 //   file_list_bench [FILES]    (default 300000)
 //
-// The tree is made in memory (names, sizes, dates, kinds and categories spread as on a real
-// disk), since only files of 512 KB and more have rows and a real disk with hundreds of
-// thousands of them is rare on a test machine.
+// The tree is made in memory (see MemoryTree.h).
 
+#include "MemoryTree.h"
 #include "scanning/FileFilter.h"
 #include "ui/files/NodeTableModel.h"
 
@@ -15,7 +14,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <random>
 #include <string>
 
 namespace {
@@ -35,52 +33,12 @@ template <typename Run> double worstMilliseconds(int runs, Run run) {
     return worst;
 }
 
-struct Tree {
-    FileNodePtr root;
-    std::vector<FileNodePtr> files;
-};
-
-Tree makeTree(size_t fileCount) {
-    std::mt19937_64 random(42);
-    static const char* words[] = {
-        "report",           "Holiday", "IMG",   "backup", "final", "draft",
-        "Screen Recording", "invoice", "track", "build",  "café",  "data"};
-    static const char* extensions[] = {".mov", ".pdf", ".zip", ".dmg", ".heic", ".flac", ".js"};
-    Tree tree;
-    tree.root = std::make_shared<FileNode>("/System/Volumes/Data", true, false, FileKind::other,
-                                           StorageBucket::other);
-    std::vector<FileNodePtr> folders = {tree.root};
-    const double now = 1.76e9;
-    for (size_t i = 0; i < fileCount; ++i) {
-        // A new folder every 20 files or so, under any folder made so far.
-        if (i % 20 == 0) {
-            auto folder = std::make_shared<FileNode>("dir" + std::to_string(folders.size()), true,
-                                                     false, FileKind::other, StorageBucket::other);
-            FileNode::adopt(folders[random() % folders.size()], folder);
-            folders.push_back(folder);
-        }
-        const auto kind = allFileKinds[random() % allFileKinds.size()];
-        const auto bucket = allStorageBuckets[random() % allStorageBuckets.size()];
-        std::string name = std::string(words[random() % std::size(words)]) + " " +
-                           std::to_string(random() % 100000) +
-                           extensions[random() % std::size(extensions)];
-        auto file = std::make_shared<FileNode>(std::move(name), false, false, kind, bucket);
-        file->size = 524288 + static_cast<int64_t>(random() % 4'000'000'000ULL);
-        file->logicalSize = file->size;
-        file->modified = now - static_cast<double>(random() % (5 * 365 * 86400));
-        file->accessed = file->modified + static_cast<double>(random() % 86400);
-        FileNode::adopt(folders.back(), file);
-        tree.files.push_back(file);
-    }
-    return tree;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
     const size_t fileCount = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 300000;
     constexpr int runs = 5;
-    const Tree tree = makeTree(fileCount);
+    const bench::MemoryTree tree = bench::makeMemoryTree(fileCount, "/System/Volumes/Data");
     std::printf("%zu files, worst of %d runs\n\nfilter\n", tree.files.size(), runs);
 
     const double now = 1.76e9;

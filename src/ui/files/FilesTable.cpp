@@ -1,5 +1,6 @@
 #include "ui/files/FilesTable.h"
 
+#include "state/AppState.h"
 #include "ui/Style.h"
 #include "ui/files/FolderLineDelegate.h"
 #include "ui/files/NodeActions.h"
@@ -59,6 +60,10 @@ FilesTable::FilesTable(AppState& state, std::vector<NodeColumn> columns, QWidget
     : QTableView(parent), state_(state), model_(new NodeTableModel(std::move(columns), this)) {
     setHorizontalHeader(new SortHeader(this));
     setModel(model_);
+    model_->setRevision(state_.revision());
+    // A page may keep its rows through a change of the tree; their verdicts may not stay.
+    connect(&state_, &AppState::revisionChanged, this,
+            [this] { model_->setRevision(state_.revision()); });
     styleListTable(this, tableRowHeight);
     setIconSize(QSize(16, 16));
     setContextMenuPolicy(Qt::CustomContextMenu);

@@ -9,6 +9,7 @@
 #include <QIcon>
 
 #include <algorithm>
+#include <utility>
 
 namespace dorvik {
 
@@ -80,11 +81,17 @@ Qt::SortOrder NodeTableModel::firstSortOrder(NodeColumn column) {
     }
 }
 
-NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent)
-    : QAbstractTableModel(parent), columns_(std::move(columns)) {}
+NodeTableModel::NodeTableModel(std::vector<NodeColumn> columns, QObject* parent,
+                               VerdictCache::Judge judge)
+    : QAbstractTableModel(parent), columns_(std::move(columns)),
+      verdicts_(new VerdictCache(
+          judge ? std::move(judge) : VerdictCache::Judge(SafetyRules::verdict), this)) {
+    verdicts_->onJudged = [this] { judgedRowsChanged(); };
+}
 
 void NodeTableModel::setNodes(std::vector<FileNodePtr> nodes) {
     beginResetModel();
+    unjudgedRows_.clear(); // the rows on show draw again and ask anew
     nodes_ = std::move(nodes);
     sortNodes(nodes_, sortColumn_, sortOrder_ == Qt::AscendingOrder);
     endResetModel();
@@ -93,6 +100,13 @@ void NodeTableModel::setNodes(std::vector<FileNodePtr> nodes) {
 int NodeTableModel::rowOf(const FileNodePtr& node) const {
     const auto found = std::find(nodes_.begin(), nodes_.end(), node);
     return found == nodes_.end() ? -1 : static_cast<int>(found - nodes_.begin());
+}
+
+void NodeTableModel::setRevision(int revision) {
+    if (revision != verdicts_->revision()) {
+        verdicts_->setRevision(revision);
+        riskColumnChanged();
+    }
 }
 
 int NodeTableModel::columnOf(NodeColumn column) const {
@@ -105,6 +119,7 @@ void NodeTableModel::sortBy(NodeColumn column, Qt::SortOrder order) {
         return;
     }
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    unjudgedRows_.clear();
     sortColumn_ = column;
     sortOrder_ = order;
     sortNodes(nodes_, sortColumn_, sortOrder_ == Qt::AscendingOrder);
@@ -118,6 +133,35 @@ const QIcon& NodeTableModel::iconOf(const FileNode& node) const {
         found = icons_.emplace(symbol, Symbols::icon(symbol, Style::Tint::secondary)).first;
     }
     return found->second;
+}
+
+const SafetyVerdict* NodeTableModel::verdictOf(int row) const {
+    const SafetyVerdict* verdict = verdicts_->find(node(row)->path());
+    if (verdict == nullptr) {
+        unjudgedRows_.insert(row);
+    }
+    return verdict;
+}
+
+void NodeTableModel::riskColumnChanged() {
+    unjudgedRows_.clear();
+    const int column = columnOf(NodeColumn::risk);
+    if (column >= 0 && !nodes_.empty()) {
+        emit dataChanged(index(0, column), index(rowCount() - 1, column),
+                         {riskRole, Qt::ToolTipRole});
+    }
+}
+
+void NodeTableModel::judgedRowsChanged() {
+    const int column = columnOf(NodeColumn::risk);
+    // A row still without its verdict asks again as its cell is drawn.
+    const std::set<int> rows = std::exchange(unjudgedRows_, {});
+    for (const int row : rows) {
+        if (column >= 0 && row < rowCount()) {
+            const QModelIndex cell = index(row, column);
+            emit dataChanged(cell, cell, {riskRole, Qt::ToolTipRole});
+        }
+    }
 }
 
 int NodeTableModel::rowCount(const QModelIndex& parent) const {
@@ -145,7 +189,8 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
                    : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     case Qt::ToolTipRole:
         if (column == NodeColumn::risk) {
-            return qtText(SafetyRules::verdict(row.path()).reason);
+            const SafetyVerdict* verdict = verdictOf(index.row());
+            return verdict != nullptr ? QVariant(qtText(verdict->reason)) : QVariant();
         }
         if (column == NodeColumn::name && row.unreadable) {
             return tr("No permission to read. Grant Full Disk Access.");
@@ -160,9 +205,11 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
         }
         return {};
     case riskRole:
-        return column == NodeColumn::risk
-                   ? QVariant(static_cast<int>(SafetyRules::verdict(row.path()).risk))
-                   : QVariant();
+        if (column == NodeColumn::risk) {
+            const SafetyVerdict* verdict = verdictOf(index.row());
+            return verdict != nullptr ? QVariant(static_cast<int>(verdict->risk)) : QVariant();
+        }
+        return {};
     default:
         return {};
     }
