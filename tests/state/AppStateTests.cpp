@@ -340,7 +340,7 @@ TEST_F(AppStateTest, ExcludedPathsAreLinesOfTheSetting) {
 
     EXPECT_FALSE(state.settings().permanentDelete());
     state.settings().setPermanentDelete(true);
-    EXPECT_TRUE(AppState(options()).permanentDelete());
+    EXPECT_TRUE(AppState(options()).settings().permanentDelete());
 }
 
 } // namespace

@@ -65,7 +65,7 @@ AccessOnboardingView::AccessOnboardingView(AppState& state, QWidget* parent)
     buttons->addStretch();
     buttons->addWidget(scanWithoutAccess_);
     connect(scanWithoutAccess_, &QPushButton::clicked, this, [this] {
-        state_.setAccessOnboardingSkipped(true);
+        state_.settings().setAccessOnboardingSkipped(true);
         state_.setShowAccessOnboarding(false);
         state_.startScan();
     });

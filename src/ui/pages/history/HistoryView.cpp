@@ -143,7 +143,7 @@ HistoryView::HistoryView(AppState& state, QWidget* parent)
       state_(state), model_(new HistoryModel(state, this)), table_(makeTable()),
       failuresCard_(new QFrame), failureRows_(new QVBoxLayout) {
     auto* clear = new QPushButton(tr("Clear History"));
-    connect(clear, &QPushButton::clicked, &state_, &AppState::clearHistory);
+    connect(clear, &QPushButton::clicked, &state_.removal(), &RemovalState::clearHistory);
     header()->addTrailing(clear);
 
     Style::makeCard(failuresCard_);
