@@ -146,12 +146,17 @@ private:
         }
         const std::string_view name = root_ == nullptr ? entry.path : entry.name;
         const std::vector<std::string_view> components = pathComponents(canonical);
+        if (root_ == nullptr) {
+            rootDepth_ = components.size();
+        }
         std::optional<StorageBucket> inherited;
         if (!stack_.empty() && stack_.back()->bucket != StorageBucket::other) {
             inherited = stack_.back()->bucket;
         }
-        const StorageBucket bucket = Classification::directoryBucket(components, name, inherited)
-                                         .value_or(StorageBucket::other);
+        const StorageBucket bucket =
+            Classification::directoryBucket(components, name, inherited,
+                                            {Classification::DiskLayout::linuxDesktop, rootDepth_})
+                .value_or(StorageBucket::other);
         const bool isPackage =
             name.find('.') != std::string_view::npos && Classification::isPackageName(name);
 
@@ -248,6 +253,7 @@ private:
     const double progressInterval_;
 
     FileNodePtr root_;
+    size_t rootDepth_ = 0; // components of the root's canonical path
     std::vector<FileNodePtr> stack_;
     std::vector<FileNodePtr> files_;
     EnumTotals<StorageBucket, allStorageBuckets.size()> bucketTotals_;
