@@ -53,9 +53,9 @@ QString text(NodeColumn column, const FileNode& node) {
         return node.isDirectory ? filesText(node.fileCount)
                                 : qtText(TextForms::count(node.fileCount));
     case NodeColumn::kind:
-        return qtText(info(node.kind).displayName);
+        return shownText(info(node.kind).displayName);
     case NodeColumn::category:
-        return qtText(info(node.bucket).displayName);
+        return shownText(info(node.bucket).displayName);
     case NodeColumn::modified:
         return qtText(TextForms::abbreviatedDate(node.modified));
     case NodeColumn::lastOpened:
@@ -145,7 +145,7 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
                    : QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     case Qt::ToolTipRole:
         if (column == NodeColumn::risk) {
-            return qtText(SafetyRules::verdict(row.path()).reason);
+            return shownText(SafetyRules::verdict(row.path()).reason);
         }
         if (column == NodeColumn::name && row.unreadable) {
             return tr("No permission to read. Grant Full Disk Access.");
