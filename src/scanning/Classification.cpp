@@ -292,7 +292,7 @@ std::optional<StorageBucket> directoryBucket(std::span<const std::string_view> c
         return inherited;
     }
     if (linuxLayout) {
-        if (auto depth = LinuxPlaces::homeDepth(components)) {
+        if (auto depth = LinuxPlaces::homeDepth(components, context.home)) {
             return LinuxPlaces::homeBucket(components.subspan(*depth), inherited);
         }
     }

@@ -50,6 +50,9 @@ struct ScanContext {
     // The number of components of the scan's root, 0 for the whole disk. A scan that begins inside
     // a temporary folder looks at what it holds rather than calling it all temporary.
     size_t rootDepth = 0;
+    // The components of the user's own home folder, a home wherever it lies (besides /home/<name>
+    // and /root); empty when unknown.
+    std::span<const std::string_view> home = {};
 };
 
 // The bucket of a directory. `components` is its canonical path split at "/" with empty pieces

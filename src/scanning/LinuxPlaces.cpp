@@ -2,6 +2,7 @@
 
 #include "base/PathNames.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -140,7 +141,12 @@ std::optional<StorageBucket> systemPlaceBucket(std::span<const std::string_view>
     return std::nullopt;
 }
 
-std::optional<size_t> homeDepth(std::span<const std::string_view> components) {
+std::optional<size_t> homeDepth(std::span<const std::string_view> components,
+                                std::span<const std::string_view> ownHome) {
+    if (!ownHome.empty() && components.size() >= ownHome.size() &&
+        std::equal(ownHome.begin(), ownHome.end(), components.begin())) {
+        return ownHome.size();
+    }
     if (components.size() >= 1 && components[0] == "root") {
         return 1;
     }

@@ -19,9 +19,11 @@ namespace dorvik::LinuxPlaces {
 std::optional<StorageBucket> systemPlaceBucket(std::span<const std::string_view> components,
                                                size_t scanRootDepth);
 
-// How many leading components name a Linux home folder ("home" and the account, or "root");
-// none when the path lies in no home. The home folder itself counts as lying in it.
-std::optional<size_t> homeDepth(std::span<const std::string_view> components);
+// How many leading components name a Linux home folder: `ownHome` (the user's, wherever it lies),
+// "home" and an account's name, or "root"; none when the path lies in no home. The home folder
+// itself counts as lying in it.
+std::optional<size_t> homeDepth(std::span<const std::string_view> components,
+                                std::span<const std::string_view> ownHome);
 
 // The bucket of a directory in a Linux home, from its components below the home folder (empty
 // for the home itself), treated as the Mac's rules treat a folder in /Users/<account>.

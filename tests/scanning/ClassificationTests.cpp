@@ -290,6 +290,31 @@ TEST(Classification, TemporaryFoldersCountAsJunkOnlyFromAbove) {
     }
 }
 
+// The user's own home is a home wherever it lies; another folder there is not.
+TEST(Classification, TheUsersOwnHomeWhereverItLies) {
+    using B = StorageBucket;
+    const std::vector<std::string_view> silverblue = {"var", "home", "ann"};
+    const std::vector<std::string_view> scratch = {"tmp", "session", "home"};
+    const struct {
+        std::string path;
+        std::span<const std::string_view> home;
+        size_t rootDepth;
+        StorageBucket bucket;
+    } cases[] = {
+        {"/var/home/ann/.cache/pip", silverblue, 0, B::junk},
+        {"/var/home/ann/.local/share/Trash/files", silverblue, 3, B::trash},
+        {"/var/home/ann/.config/app", silverblue, 3, B::appData},
+        {"/var/home/bob/.cache", silverblue, 0, B::other},
+        {"/var/home/ann/.cache", {}, 0, B::other},
+        {"/tmp/session/home/.cache/app", scratch, 3, B::junk},
+        {"/tmp/session/home/Documents", scratch, 3, B::other},
+        {"/home/bob/.cache", silverblue, 0, B::junk},
+    };
+    for (const auto& [path, home, rootDepth, bucket] : cases) {
+        EXPECT_EQ(bucketOfPath(path, {DiskLayout::linuxDesktop, rootDepth, home}), bucket) << path;
+    }
+}
+
 TEST(Classification, DirectoryBucketAtTheRootAndWithoutComponents) {
     EXPECT_EQ(directoryBucket({}, "/", std::nullopt), std::nullopt);
     EXPECT_EQ(directoryBucket({}, "/", StorageBucket::appData), StorageBucket::appData);
