@@ -10,7 +10,7 @@ namespace {
 // The keys that name a Mac, in the order of the places that show them, with what a Linux desktop
 // calls the same thing: the file manager for the Finder, this computer for the Mac, the system
 // for macOS, the filesystem's own words for APFS. A key the table leaves out is shown as it is.
-constexpr std::array<Rendering, 70> table = {{
+constexpr std::array<Rendering, 71> table = {{
     // The disk in the sidebar's foot, when its filesystem has no label: what the file managers of
     // Linux desktops call the root filesystem.
     {"Macintosh HD", "File System"},
@@ -40,6 +40,10 @@ constexpr std::array<Rendering, 70> table = {{
      "launching; the app itself stays installed.",
      "Background agents and services that start with your computer. Removing one stops it from "
      "launching; the app itself stays installed."},
+    {"Dependencies and build artifacts that can be regenerated: node_modules, virtual "
+     "environments, DerivedData, package caches.",
+     "Dependencies and build artifacts that can be regenerated: node_modules, virtual "
+     "environments, build outputs, package caches."},
     {"System follows your Mac: with macOS set to Auto, Dorvik is light by day and dark at night.",
      "System follows your desktop: when its style turns light or dark, so does Dorvik."},
 
