@@ -40,7 +40,8 @@ constexpr std::array<PlaceRow, 21> placeRows = {{
     // beside /usr/local lies on the sealed system volume that a scan never enters, so its table
     // only knows Homebrew's prefix there.
     {"/usr", B::system},
-    // Self-contained applications (browsers, vendors' suites) install here on Linux.
+    // Self-contained applications (browsers, vendors' suites) install here on Linux; the Mac's
+    // table reads /opt as Homebrew's prefix.
     {"/opt", B::applications},
     // Installed snaps and Flatpak applications with their runtimes: a Mac's /Applications.
     {"/snap", B::applications},
