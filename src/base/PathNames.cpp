@@ -71,4 +71,20 @@ std::string childPath(std::string_view folder, std::string_view name) {
     return path;
 }
 
+std::vector<std::string_view> pathPieces(std::string_view path) {
+    std::vector<std::string_view> pieces;
+    size_t start = 0;
+    while (start < path.size()) {
+        size_t end = path.find('/', start);
+        if (end == std::string_view::npos) {
+            end = path.size();
+        }
+        if (end > start) {
+            pieces.push_back(path.substr(start, end - start));
+        }
+        start = end + 1;
+    }
+    return pieces;
+}
+
 } // namespace dorvik

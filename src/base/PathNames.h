@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dorvik {
 
@@ -33,6 +34,10 @@ std::string parentPath(std::string_view path);
 
 // The last piece of `path`, trailing slashes aside: "/a/b/" gives "b"; "/" stays "/".
 std::string pathName(std::string_view path);
+
+// The pieces of `path` in order, empty ones (from "//" or the slashes at either end) left out;
+// they point into `path`.
+std::vector<std::string_view> pathPieces(std::string_view path);
 
 // `name` inside `folder`, with exactly one slash between them.
 std::string childPath(std::string_view folder, std::string_view name);

@@ -20,7 +20,8 @@ struct RuleRow {
     // Only the rules that filter or keep names set these.
     const std::set<std::string>* excludedNames = nullptr;
     const std::set<std::string>* extensions = nullptr;
-    int minAgeDays = 0; // 0: no age limit
+    int minAgeDays = 0;      // 0: no age limit
+    bool inDataHome = false; // `base` lies in the user's data folder, not in the home folder
 };
 
 // Folders in the Caches folder that the system, or Dorvik itself, needs.
@@ -33,11 +34,18 @@ const std::set<std::string> cachesKeptBySystem = {
 const std::set<std::string> installerExtensions = {"dmg", "pkg", "mpkg", "xip", "iso"};
 constexpr int installerMinAgeDays = 7;
 
+// What Linux desktops download to install: packages, Flatpak references, snaps, and AppImages,
+// which are the application itself.
+const std::set<std::string> linuxInstallerExtensions = {"deb", "rpm", "appimage", "flatpakref",
+                                                        "snap"};
+
 constexpr Removal P = Removal::permanent;
 constexpr Removal T = Removal::trash;
 constexpr bool Q = true;
 
-constexpr std::array<RuleRow, 17> ruleRows = {{
+// The Mac's seventeen rules, then what a Linux desktop adds in the same form: its Trash, its
+// downloaded packages, and the package caches the seventeen do not reach.
+constexpr std::array<RuleRow, 20> ruleRows = {{
     {"user-caches", JunkGroup::system, "App caches", Risk::safe, "Library/Caches", P, Q,
      "Temporary copies apps keep to run faster. They\u2019re rebuilt automatically; some apps may "
      "take a little longer the first time.",
@@ -88,6 +96,18 @@ constexpr std::array<RuleRow, 17> ruleRows = {{
      ".dmg/.pkg/.xip files downloaded more than a week ago. The app is usually already "
      "installed.",
      nullptr, &installerExtensions, installerMinAgeDays},
+    // The desktop's Trash: an item is an entry of its "files" folder, and its ".trashinfo" goes
+    // with it when it is removed.
+    {"desktop-trash", JunkGroup::trash, "Trash", Risk::safe, "Trash/files", P, Q,
+     "Everything you\u2019ve already moved to the Trash. Emptying it actually frees the space.",
+     nullptr, nullptr, 0, true},
+    {"linux-installers", JunkGroup::downloads, "Packages and AppImages in Downloads", Risk::review,
+     "Downloads", T, false,
+     ".deb/.rpm/.flatpakref/.snap files and AppImages downloaded more than a week ago. A package "
+     "is usually already installed; an AppImage is the app itself.",
+     nullptr, &linuxInstallerExtensions, installerMinAgeDays},
+    {"cargo-cache", JunkGroup::developer, "Cargo cache", Risk::safe, ".cargo/registry/cache", P,
+     false, "Crates downloaded by Cargo (Rust). Downloaded again when you build."},
 }};
 
 std::vector<JunkRule> buildRules() {
@@ -101,6 +121,7 @@ std::vector<JunkRule> buildRules() {
             .explanation = std::string(row.explanation),
             .risk = row.risk,
             .base = std::string(row.base),
+            .inDataHome = row.inDataHome,
             .removal = row.removal,
             .inSmartClean = row.inSmartClean,
             .extensions = row.extensions != nullptr ? std::optional(*row.extensions) : std::nullopt,
@@ -127,9 +148,10 @@ const std::vector<JunkRule>& rules() {
     return catalogue;
 }
 
-const JunkRule* ruleCovering(std::string_view path, std::string_view home) {
+const JunkRule* ruleCovering(std::string_view path, std::string_view home,
+                             std::string_view dataHome) {
     for (const JunkRule& rule : rules()) {
-        const std::string folder = ruleFolder(rule, home);
+        const std::string folder = ruleFolder(rule, home, dataHome);
         if (!isUnder(path, folder)) {
             continue;
         }

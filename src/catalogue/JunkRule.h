@@ -19,7 +19,10 @@ struct JunkRule {
     std::string title;
     std::string explanation; // why it is junk; also the reason of the safety verdict
     Risk risk = Risk::review;
-    std::string base; // absolute when it starts with "/", else relative to the home folder
+    // Absolute when it starts with "/", else relative to the home folder, or to the user's data
+    // folder ($XDG_DATA_HOME) when `inDataHome` is set.
+    std::string base;
+    bool inDataHome = false;
     Removal removal = Removal::permanent;
     bool inSmartClean = false;
     // When present, only children with one of these extensions (lower case) count.
@@ -32,8 +35,13 @@ struct JunkRule {
     bool operator==(const JunkRule&) const = default;
 };
 
-// The rule's folder: `base` itself when absolute, else `base` appended to `home`.
-std::string ruleFolder(const JunkRule& rule, std::string_view home);
+// The rule's folder: `base` itself when absolute, else `base` appended to `dataHome` or `home`.
+std::string ruleFolder(const JunkRule& rule, std::string_view home, std::string_view dataHome);
+
+// Whether the rule empties a Trash: the Mac's ~/.Trash or the desktop's. Whatever treats the Trash
+// apart (Quick Clean lists it, the scheduled clean never empties it, the Overview offers to)
+// asks this rather than a rule's id.
+bool emptiesATrash(const JunkRule& rule);
 
 // Whether a child of this name passes the rule's extension filter: always when it has none,
 // otherwise when the name's extension, lower-cased, is one of the rule's.

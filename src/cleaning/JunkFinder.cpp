@@ -16,9 +16,8 @@ namespace {
 
 constexpr double secondsPerDay = 86400;
 
-// Finder's litter: only the Trash rule lists it, since emptying the Trash removes it too.
+// Finder's litter: only the Trash rules list it, since emptying the Trash removes it too.
 constexpr std::string_view folderSettingsName = ".DS_Store";
-constexpr std::string_view trashRuleID = "trash";
 
 double currentTime() {
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
@@ -29,9 +28,11 @@ double currentTime() {
 
 JunkFinding evaluate(const JunkRule& rule, double now) {
     JunkFinding finding{rule, {}};
-    // From the home folder's real path, a rule's folder must be reached without a link: one that
-    // is a link, or lies below one, leads out of the place the rule names and finds nothing.
-    const std::string folder = ruleFolder(rule, platform::resolvedPath(platform::homeDirectory()));
+    // From the real paths of the home and data folders, a rule's folder must be reached without a
+    // link: one that is a link, or lies below one, leads out of the place the rule names and finds
+    // nothing.
+    const std::string folder = ruleFolder(rule, platform::resolvedPath(platform::homeDirectory()),
+                                          platform::resolvedPath(platform::dataHomeDirectory()));
     const auto names = platform::directoryEntriesWithoutLinks(folder);
     if (!names) {
         return finding;
@@ -44,7 +45,7 @@ JunkFinding evaluate(const JunkRule& rule, double now) {
         if (rule.excludedNames.contains(name)) {
             continue;
         }
-        if (name == folderSettingsName && rule.id != trashRuleID) {
+        if (name == folderSettingsName && !emptiesATrash(rule)) {
             continue;
         }
         if (!passesExtensionFilter(rule, name)) {

@@ -3,6 +3,7 @@
 // without a plan; the engine still refuses whatever is protected.
 
 #include "base/TextForms.h"
+#include "base/Wording.h"
 #include "catalogue/JunkCatalogue.h"
 #include "cleaning/QuickClean.h"
 #include "cli/Commands.h"
@@ -40,7 +41,7 @@ int64_t printSelection(const std::vector<JunkFinding>& findings,
         }
         const int64_t bytes = totalSize(finding);
         total += bytes;
-        std::cout << finding.rule.title << ": " << TextForms::size(bytes) << ", "
+        std::cout << Wording::shown(finding.rule.title) << ": " << TextForms::size(bytes) << ", "
                   << TextForms::counted(static_cast<int64_t>(finding.items.size()), "item", "items")
                   << " (" << outcomeLabel(finding.rule.removal) << ")\n";
     }

@@ -1,5 +1,6 @@
 #include "base/PathNames.h"
 #include "base/TextForms.h"
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "cli/FindJunk.h"
 #include "cli/TerminalText.h"
@@ -37,14 +38,14 @@ void printText(const std::vector<JunkFinding>& findings) {
     for (const JunkFinding& finding : findings) {
         if (finding.rule.group != group) {
             group = finding.rule.group;
-            std::cout << info(*group).title << "\n";
+            std::cout << Wording::shown(info(*group).title) << "\n";
         }
         const int64_t bytes = totalSize(finding);
         const auto count = static_cast<int64_t>(finding.items.size());
         totalBytes += bytes;
         totalItems += count;
-        std::cout << "  " << finding.rule.title << ": " << TextForms::size(bytes) << ", "
-                  << TextForms::counted(count, "item", "items") << " ("
+        std::cout << "  " << Wording::shown(finding.rule.title) << ": " << TextForms::size(bytes)
+                  << ", " << TextForms::counted(count, "item", "items") << " ("
                   << info(finding.rule.risk).label << ", " << outcomeLabel(finding.rule.removal)
                   << ")\n";
         const size_t shown = std::min(finding.items.size(), shownItemsPerRule);
@@ -76,7 +77,7 @@ nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
         }
         list.push_back({
             {"rule", finding.rule.id},
-            {"title", finding.rule.title},
+            {"title", Wording::shown(finding.rule.title)},
             {"risk", info(finding.rule.risk).caseName},
             {"removal", caseName(finding.rule.removal)},
             {"items", std::move(items)},

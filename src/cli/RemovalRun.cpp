@@ -1,6 +1,7 @@
 #include "cli/RemovalRun.h"
 
 #include "base/PathNames.h"
+#include "base/Wording.h"
 #include "cli/Arguments.h"
 #include "cli/TerminalText.h"
 #include "platform/Terminal.h"
@@ -16,7 +17,8 @@ namespace {
 
 void printRefusals(const std::vector<DeletionFailure>& refusals) {
     for (const DeletionFailure& refusal : refusals) {
-        std::cout << "  " << shownPath(refusal.path) << ": " << refusal.reason << "\n";
+        std::cout << "  " << shownPath(refusal.path) << ": " << Wording::shown(refusal.reason)
+                  << "\n";
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "base/PathNames.h"
 #include "base/TextForms.h"
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "cli/RemovalRun.h"
 #include "cli/TerminalText.h"
@@ -28,7 +29,7 @@ int64_t totalSize(const std::vector<PlanItem>& items) {
 }
 
 void printPlan(const DeletionPlan& plan, bool permanent, bool includeReview) {
-    std::cout << plan.title << "\n" << PlanTexts::headline(permanent) << "\n";
+    std::cout << Wording::shown(plan.title) << "\n" << PlanTexts::headline(permanent) << "\n";
     const auto lists = itemsByRisk(plan);
     for (Risk risk : allRisks) {
         const std::vector<PlanItem>& items = lists[static_cast<size_t>(risk)];
@@ -40,7 +41,8 @@ void printPlan(const DeletionPlan& plan, bool permanent, bool includeReview) {
                   << TextForms::size(totalSize(items)) << "\n";
         for (const PlanItem& item : items) {
             std::cout << "  " << std::setw(10) << TextForms::size(item.size) << "  "
-                      << shownPath(item.path) << "  (" << item.verdict.reason << ")\n";
+                      << shownPath(item.path) << "  (" << Wording::shown(item.verdict.reason)
+                      << ")\n";
         }
     }
     std::cout << "\n";

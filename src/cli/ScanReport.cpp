@@ -2,6 +2,7 @@
 
 #include "base/PathNames.h"
 #include "base/TextForms.h"
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
@@ -146,7 +147,7 @@ std::string scanReportText(const ScanResult& scan, size_t top) {
     }
     out << "\nBy category\n";
     for (const auto& [bucket, bytes] : sortedBySize(scan.bucketTotals)) {
-        out << row(std::string(info(bucket).displayName), bytes, total, "");
+        out << row(Wording::shown(info(bucket).displayName), bytes, total, "");
     }
     out << "\nBy kind of file\n";
     for (const auto& [kind, bytes] : sortedBySize(scan.kindTotals)) {

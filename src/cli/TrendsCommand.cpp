@@ -1,6 +1,7 @@
 #include "base/Dates.h"
 #include "base/PathNames.h"
 #include "base/TextForms.h"
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
@@ -106,7 +107,7 @@ void printText(std::ostream& out, const TrendsReport& report, double now) {
     if (!report.buckets.empty()) {
         out << "\n";
         for (const BucketChange& change : report.buckets) {
-            out << "  " << padded(std::string(info(change.bucket).displayName), 26)
+            out << "  " << padded(Wording::shown(info(change.bucket).displayName), 26)
                 << TextForms::signedSize(change.delta) << "\n";
         }
     }
@@ -173,7 +174,7 @@ nlohmann::json reportJson(const TrendsReport& report, double now) {
     nlohmann::json buckets = nlohmann::json::array();
     for (const BucketChange& change : report.buckets) {
         buckets.push_back({{"bucket", info(change.bucket).caseName},
-                           {"name", info(change.bucket).displayName},
+                           {"name", Wording::shown(info(change.bucket).displayName)},
                            {"delta", change.delta}});
     }
     nlohmann::json folders = nlohmann::json::array();

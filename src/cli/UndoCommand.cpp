@@ -2,6 +2,7 @@
 // and the History page's "Restore" do. Never over anything, never under a new name.
 
 #include "base/Uuid.h"
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "removal/DeletionHistory.h"
 #include "removal/Toast.h"
@@ -52,8 +53,8 @@ int runUndo(Arguments& arguments) {
     const Toast toast = undoToast(report.restored);
     std::cout << toast.message << "\n" << toast.detail.value_or("") << "\n";
     for (const UndoFailure& failure : report.failures) {
-        std::cout << "  " << displayPath(failure.entry.originalPath) << ": " << failure.reason
-                  << "\n";
+        std::cout << "  " << displayPath(failure.entry.originalPath) << ": "
+                  << Wording::shown(failure.reason) << "\n";
     }
     return report.failures.empty() ? 0 : 1;
 }

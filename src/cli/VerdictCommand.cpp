@@ -1,3 +1,4 @@
+#include "base/Wording.h"
 #include "cli/Commands.h"
 #include "cli/TerminalText.h"
 #include "platform/JsonCoding.h"
@@ -36,11 +37,12 @@ int runVerdict(Arguments& arguments) {
             // One object a line, so that a script can read the answers as they come.
             std::cout << nlohmann::json{{"path", platform::JsonCoding::escapedPath(path)},
                                         {"risk", risk},
-                                        {"reason", verdict.reason}}
+                                        {"reason", Wording::shown(verdict.reason)}}
                              .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
                       << "\n";
         } else {
-            std::cout << risk << "\t" << verdict.reason << "\t" << quotedForTerminal(path) << "\n";
+            std::cout << risk << "\t" << Wording::shown(verdict.reason) << "\t"
+                      << quotedForTerminal(path) << "\n";
         }
     }
     return 0;

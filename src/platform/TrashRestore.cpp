@@ -290,6 +290,28 @@ std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
     return std::nullopt;
 }
 
+void forgetTrashInfo(const PinnedFolder& folder, const std::string& folderPath,
+                     const std::string& name) {
+    if (pathName(folderPath) != "files" || !folder.isOpen()) {
+        return;
+    }
+    const auto trash = knownTrash(folderPath);
+    if (!trash) {
+        return;
+    }
+    // The trash's own "files" must be the very folder the item left.
+    constexpr int folderFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+    const Descriptor trashFolder(open(trash->folder.c_str(), folderFlags));
+    const auto files = trashFolder.valid() ? identityAt(trashFolder.get(), "files") : std::nullopt;
+    if (!files || !files->sameEntry(folder.identity())) {
+        return;
+    }
+    const Descriptor info(openat(trashFolder.get(), "info", folderFlags));
+    if (info.valid()) {
+        unlinkat(info.get(), (name + std::string(infoSuffix)).c_str(), 0);
+    }
+}
+
 std::optional<ItemIdentity> settleTrashClaim(const TrashClaim& claim) {
     struct stat st {};
     const bool occupied = lstat(claim.trashedPath.c_str(), &st) == 0;

@@ -29,6 +29,12 @@ std::optional<FileError> restoreFromTrash(const std::string& trashedPath,
 // write cut short); a file changed since is not ours to take.
 std::optional<ItemIdentity> settleTrashClaim(const TrashClaim& claim);
 
+// After the entry `name` of the pinned `folder` (reached at `folderPath`) went away: when that
+// folder is the "files" folder of a trash Dorvik uses, the entry's ".trashinfo" goes too, so that
+// no file manager lists an item that is gone. Anything else is left alone.
+void forgetTrashInfo(const PinnedFolder& folder, const std::string& folderPath,
+                     const std::string& name);
+
 // The path a ".trashinfo" "Path" value stands for: "%XX" decoded.
 std::string trashInfoUnescaped(const std::string& value);
 

@@ -5,6 +5,7 @@
 #include "platform/PinnedFolder.h"
 #include "platform/RemoveItem.h"
 #include "platform/Trash.h"
+#include "platform/TrashRestore.h"
 #include "removal/HistoryJournal.h"
 #include "removal/SafetyRules.h"
 
@@ -115,6 +116,8 @@ DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal
             }
             report.freed += request.size;
         }
+        // An item that left a trash takes its Trash information with it.
+        platform::forgetTrashInfo(folder, split->folder, split->name);
         entry.date = Dates::now();
         if (journal != nullptr) {
             journal->recorded(entry);

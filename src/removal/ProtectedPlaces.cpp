@@ -70,6 +70,16 @@ std::vector<std::string> protectedPlaces(const std::string& home, const std::str
 
 } // namespace
 
+std::optional<SafetyVerdict> trashFolderVerdict(std::string_view path,
+                                                const std::string& dataHome) {
+    for (std::string_view folder : trashFolders) {
+        if (path == below(dataHome, folder)) {
+            return guarded(trashReason);
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<SafetyVerdict> verdict(std::string_view path, const std::string& home,
                                      const std::string& dataHome) {
     const std::string homePrefix = home + "/";
@@ -81,10 +91,8 @@ std::optional<SafetyVerdict> verdict(std::string_view path, const std::string& h
             }
         }
     }
-    for (std::string_view folder : trashFolders) {
-        if (path == below(dataHome, folder)) {
-            return guarded(trashReason);
-        }
+    if (auto trash = trashFolderVerdict(path, dataHome)) {
+        return trash;
     }
     const std::vector<std::string> otherHomes = platform::otherUsersHomeDirectories();
     for (const std::string& otherHome : otherHomes) {

@@ -13,6 +13,10 @@
 
 namespace dorvik::ProtectedPlaces {
 
+// The protection of the desktop Trash's own folders (the Trash, its "files" and "info"), whose
+// contents may go; none for any other path. `dataHome` is the user's data folder.
+std::optional<SafetyVerdict> trashFolderVerdict(std::string_view path, const std::string& dataHome);
+
 // The protection of `path` (absolute, canonical) with `home` as the home folder and `dataHome` as
 // the user's data folder; none when these places leave it alone.
 std::optional<SafetyVerdict> verdict(std::string_view path, const std::string& home,

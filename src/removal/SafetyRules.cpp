@@ -153,9 +153,10 @@ SafetyVerdict applicationVerdict(std::string_view input, std::string_view path) 
     return answer(Risk::review, applicationReason);
 }
 
-// The ordered steps over the text of `path`, with `home` as the home folder.
-SafetyVerdict textVerdict(std::string_view input, const std::string& path,
-                          const std::string& home) {
+// The ordered steps over the text of `path`, with `home` as the home folder and `dataHome` as the
+// user's data folder.
+SafetyVerdict textVerdict(std::string_view input, const std::string& path, const std::string& home,
+                          const std::string& dataHome) {
     const std::string homePrefix = home + "/";
 
     if (path == "/" || path == home || path == "/Users" || path == "/Applications" ||
@@ -173,15 +174,19 @@ SafetyVerdict textVerdict(std::string_view input, const std::string& path,
             }
         }
     }
+    // The desktop Trash's folders, one of them the folder of its rule, say what they are.
+    if (auto trash = ProtectedPlaces::trashFolderVerdict(path, dataHome)) {
+        return *trash;
+    }
     for (const JunkRule& rule : JunkCatalogue::rules()) {
-        if (path == ruleFolder(rule, home)) {
+        if (path == ruleFolder(rule, home, dataHome)) {
             return answer(Risk::protected_, ruleFolderReason);
         }
     }
     if (path == home + "/.Trash") {
         return answer(Risk::protected_, ruleFolderReason);
     }
-    if (const JunkRule* rule = JunkCatalogue::ruleCovering(path, home)) {
+    if (const JunkRule* rule = JunkCatalogue::ruleCovering(path, home, dataHome)) {
         return SafetyVerdict{rule->risk, rule->explanation};
     }
     if (path.starts_with(homePrefix)) {
@@ -229,7 +234,7 @@ SafetyVerdict textVerdict(std::string_view input, const std::string& path,
 // The ordered steps, then the places protected beyond them.
 SafetyVerdict judged(std::string_view input, const std::string& path, const std::string& home,
                      const std::string& dataHome) {
-    SafetyVerdict answer = textVerdict(input, path, home);
+    SafetyVerdict answer = textVerdict(input, path, home, dataHome);
     if (answer.risk == Risk::protected_) {
         return answer;
     }

@@ -1,5 +1,7 @@
 #include "scanning/Classification.h"
 
+#include "scanning/LinuxPlaces.h"
+
 #include <array>
 #include <utility>
 
@@ -252,7 +254,8 @@ StorageBucket defaultBucket(FileKind kind) {
 
 std::optional<StorageBucket> directoryBucket(std::span<const std::string_view> components,
                                              std::string_view name,
-                                             std::optional<StorageBucket> inherited) {
+                                             std::optional<StorageBucket> inherited,
+                                             ScanContext context) {
     if (endsWith(name, ".app")) {
         return StorageBucket::applications;
     }
@@ -274,11 +277,24 @@ std::optional<StorageBucket> directoryBucket(std::span<const std::string_view> c
         *inherited != StorageBucket::system && *inherited != StorageBucket::other) {
         return inherited;
     }
+    const bool linuxLayout = context.layout == DiskLayout::linuxDesktop;
+    // A Linux system place decides before the developer folder names: a __pycache__ or
+    // node_modules in /usr belongs to a package of the system.
+    if (linuxLayout) {
+        if (auto place = LinuxPlaces::systemPlaceBucket(components, context.rootDepth)) {
+            return place;
+        }
+    }
     if (developerFolderNames().contains(name)) {
         return StorageBucket::developer;
     }
     if (components.empty()) {
         return inherited;
+    }
+    if (linuxLayout) {
+        if (auto depth = LinuxPlaces::homeDepth(components, context.home)) {
+            return LinuxPlaces::homeBucket(components.subspan(*depth), inherited);
+        }
     }
     return bucketByFirstComponent(components, inherited);
 }

@@ -40,11 +40,27 @@ bool isPackageName(std::string_view name);
 
 StorageBucket defaultBucket(FileKind kind);
 
+// How a disk is laid out: the Mac's places alone, or a Linux system's with the Mac's beside them.
+// Where both know a place (/opt, /usr), a Mac's disk keeps the Mac's answer.
+enum class DiskLayout { mac, linuxDesktop };
+
+// What a directory's place means depends on the disk and on where the scan began.
+struct ScanContext {
+    DiskLayout layout = DiskLayout::mac;
+    // The number of components of the scan's root, 0 for the whole disk. A scan that begins inside
+    // a temporary folder looks at what it holds rather than calling it all temporary.
+    size_t rootDepth = 0;
+    // The components of the user's own home folder, a home wherever it lies (besides /home/<name>
+    // and /root); empty when unknown.
+    std::span<const std::string_view> home = {};
+};
+
 // The bucket of a directory. `components` is its canonical path split at "/" with empty pieces
 // dropped; `inherited` is its parent's bucket, or none where the parent is `other` or absent.
 // None means nothing is known of the place, and its files decide by their kind.
 std::optional<StorageBucket> directoryBucket(std::span<const std::string_view> components,
                                              std::string_view name,
-                                             std::optional<StorageBucket> inherited);
+                                             std::optional<StorageBucket> inherited,
+                                             ScanContext context = {});
 
 } // namespace dorvik::Classification

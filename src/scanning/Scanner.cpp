@@ -2,6 +2,7 @@
 
 #include "base/PathNames.h"
 #include "platform/DirectoryWalk.h"
+#include "platform/HomeDirectory.h"
 #include "scanning/Classification.h"
 #include "scanning/HardLinkKey.h"
 
@@ -66,7 +67,8 @@ public:
     Walk(platform::DirectoryWalk& walk, const std::set<std::string>& excludedPaths,
          const Scanner::ProgressCallback& progress, double progressInterval)
         : walk_(walk), excludedPaths_(excludedPaths), progress_(progress),
-          progressInterval_(progressInterval) {
+          progressInterval_(progressInterval), home_(canonicalPath(platform::homeDirectory())),
+          homePieces_(pathPieces(home_)) {
         files_.reserve(50000);
     }
 
@@ -146,12 +148,18 @@ private:
         }
         const std::string_view name = root_ == nullptr ? entry.path : entry.name;
         const std::vector<std::string_view> components = pathComponents(canonical);
+        if (root_ == nullptr) {
+            rootDepth_ = components.size();
+        }
         std::optional<StorageBucket> inherited;
         if (!stack_.empty() && stack_.back()->bucket != StorageBucket::other) {
             inherited = stack_.back()->bucket;
         }
-        const StorageBucket bucket = Classification::directoryBucket(components, name, inherited)
-                                         .value_or(StorageBucket::other);
+        const StorageBucket bucket =
+            Classification::directoryBucket(
+                components, name, inherited,
+                {Classification::DiskLayout::linuxDesktop, rootDepth_, homePieces_})
+                .value_or(StorageBucket::other);
         const bool isPackage =
             name.find('.') != std::string_view::npos && Classification::isPackageName(name);
 
@@ -248,6 +256,9 @@ private:
     const double progressInterval_;
 
     FileNodePtr root_;
+    size_t rootDepth_ = 0; // components of the root's canonical path
+    const std::string home_;
+    const std::vector<std::string_view> homePieces_; // into home_
     std::vector<FileNodePtr> stack_;
     std::vector<FileNodePtr> files_;
     EnumTotals<StorageBucket, allStorageBuckets.size()> bucketTotals_;

@@ -2,9 +2,16 @@
 
 #include "base/TextForms.h"
 
+#include <QCoreApplication>
 #include <QObject>
 
+#include <string>
+
 namespace dorvik {
+
+QString shownText(std::string_view key) {
+    return QCoreApplication::translate("Dorvik", std::string(key).c_str());
+}
 
 QString nameText(std::string_view name) {
     QString text = qtText(name);

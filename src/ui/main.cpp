@@ -5,6 +5,7 @@
 #include "state/Settings.h"
 #include "ui/Appearance.h"
 #include "ui/LaunchOptions.h"
+#include "ui/LinuxWording.h"
 #include "ui/Screenshot.h"
 #include "ui/Symbols.h"
 #include "ui/shell/RootView.h"
@@ -44,6 +45,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(dorvik::settingsApplication);
     QApplication::setDesktopFileName(QStringLiteral("dorvik"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/dorvik.svg")));
+    dorvik::LinuxWording wording;
+    QApplication::installTranslator(&wording);
 
     dorvik::LaunchOptions options;
     try {

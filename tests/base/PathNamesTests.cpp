@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace dorvik {
 namespace {
@@ -60,6 +61,20 @@ TEST(PathNames, PiecesAndPlaces) {
     for (const auto& [path, parent, name] : pieces) {
         EXPECT_EQ(parentPath(path), parent) << path;
         EXPECT_EQ(pathName(path), name) << path;
+    }
+
+    const struct {
+        std::string path;
+        std::vector<std::string_view> pieces;
+    } splits[] = {
+        {"/var/lib/flatpak", {"var", "lib", "flatpak"}},
+        {"//a///b/", {"a", "b"}},
+        {"a", {"a"}},
+        {"/", {}},
+        {"", {}},
+    };
+    for (const auto& [path, expected] : splits) {
+        EXPECT_EQ(pathPieces(path), expected) << path;
     }
 
     EXPECT_EQ(childPath("/", "a"), "/a");

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
+#include <set>
 #include <sys/stat.h>
 
 namespace dorvik {
@@ -39,7 +41,9 @@ class JunkFinderTest : public ::testing::Test {
 protected:
     test::TempDir dir;
     std::string home = dir / "Users/me";
+    std::string dataHome = dir / "data";
     test::ScopedEnvironment scopedHome{"HOME", home};
+    test::ScopedEnvironment scopedDataHome{"XDG_DATA_HOME", dataHome};
 
     std::string at(const std::string& relative) const { return home + "/" + relative; }
 };
@@ -145,6 +149,62 @@ TEST_F(JunkFinderTest, InstallersOldEnoughWithTheirExtensionInAnyCase) {
     ASSERT_FALSE(finding.items.empty());
     EXPECT_EQ(finding.items.front().id, at("Downloads/Setup.Pkg"));
     EXPECT_EQ(finding.items.front().fileCount, 1);
+}
+
+// What a Linux desktop adds: its Trash in the data folder, its packages in Downloads, and Cargo's
+// downloads.
+TEST_F(JunkFinderTest, LinuxRulesOnAHomeOfTheirOwn) {
+    const std::string trash = dataHome + "/Trash";
+    test::writeFile(trash + "/files/report.pdf", 20000);
+    test::writeFile(trash + "/files/.DS_Store", 6000); // the Trash lists it
+    test::writeFile(trash + "/files/album/track.flac", 40000);
+    test::writeText(trash + "/info/report.pdf.trashinfo", "[Trash Info]\nPath=/x\n");
+    test::writeFile(at(".cargo/registry/cache/index.crates.io-6f17d22bba15001f/serde.crate"),
+                    30000);
+    test::writeFile(at(".cargo/registry/src/index/serde/lib.rs"), 30000);
+    const double old = now - 30 * day;
+    const struct {
+        std::string name;
+        double modified;
+        std::optional<std::string_view> rule;
+    } downloads[] = {
+        {"tool.AppImage", old, "linux-installers"},
+        {"code.deb", old, "linux-installers"},
+        {"fedora.RPM", old, "linux-installers"},
+        {"org.gimp.GIMP.flatpakref", old, "linux-installers"},
+        {"firefox.snap", old, "linux-installers"},
+        {"fresh.deb", now - 6 * day, std::nullopt},
+        {"disk.dmg", old, "old-installers"},
+        {"source.tar.xz", old, std::nullopt},
+    };
+    for (const auto& item : downloads) {
+        test::writeFile(at("Downloads/" + item.name), 9000);
+        test::setModificationTime(at("Downloads/" + item.name), item.modified);
+    }
+    const auto ids = [](const JunkFinding& finding) {
+        std::set<std::string> paths;
+        for (const JunkItem& item : finding.items) {
+            paths.insert(item.id);
+        }
+        return paths;
+    };
+    EXPECT_EQ(ids(JunkFinder::evaluate(rule("desktop-trash"), now)),
+              (std::set<std::string>{trash + "/files/report.pdf", trash + "/files/.DS_Store",
+                                     trash + "/files/album"}));
+    EXPECT_EQ(
+        ids(JunkFinder::evaluate(rule("cargo-cache"), now)),
+        (std::set<std::string>{at(".cargo/registry/cache/index.crates.io-6f17d22bba15001f")}));
+    for (const std::string_view id : {"linux-installers", "old-installers"}) {
+        std::set<std::string> expected;
+        for (const auto& item : downloads) {
+            if (item.rule == id) {
+                expected.insert(at("Downloads/" + item.name));
+            }
+        }
+        EXPECT_EQ(ids(JunkFinder::evaluate(rule(id), now)), expected) << id;
+    }
+    // The Mac's Trash rule does not reach the desktop's.
+    EXPECT_TRUE(JunkFinder::evaluate(rule("trash"), now).items.empty());
 }
 
 TEST_F(JunkFinderTest, MissingAndUnreadableFoldersFindNothing) {

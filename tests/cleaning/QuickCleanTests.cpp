@@ -9,11 +9,12 @@ namespace dorvik {
 namespace {
 
 TEST(QuickClean, TheRulesTickedAtFirst) {
-    // Rules 1, 2, 3, 5 to 10 and 15 of the catalogue.
-    EXPECT_EQ(QuickClean::defaultSelection(),
-              (std::set<std::string>{"user-caches", "user-logs", "saved-state", "trash",
-                                     "mail-downloads", "xcode-derived", "xcode-device-support",
-                                     "xcode-watch-support", "simulator-caches", "ios-updates"}));
+    // Rules 1, 2, 3, 5 to 10 and 15 of the catalogue, and the desktop's Trash as the Mac's.
+    EXPECT_EQ(
+        QuickClean::defaultSelection(),
+        (std::set<std::string>{"user-caches", "user-logs", "saved-state", "trash", "mail-downloads",
+                               "xcode-derived", "xcode-device-support", "xcode-watch-support",
+                               "simulator-caches", "ios-updates", "desktop-trash"}));
 }
 
 JunkFinding finding(const std::string& ruleID, const std::vector<std::string>& paths) {

@@ -67,6 +67,15 @@ TEST_F(CleanCommandTest, TheTickedRulesGoTheirOwnWay) {
     EXPECT_TRUE(test::entryExists(dataHome + "/Trash/files/Setup.dmg"));
     EXPECT_NE(installers.out.find("Undo with: dorvik-cli undo "), std::string::npos);
 
+    // What went to the desktop's Trash is Trash now, which Quick Clean empties as it empties the
+    // Mac's: the item and its Trash information both go.
+    const CliRun trash = run("clean --yes");
+    EXPECT_EQ(trash.status, 0) << trash.out;
+    EXPECT_NE(trash.out.find("Trash: "), std::string::npos) << trash.out;
+    EXPECT_FALSE(test::entryExists(dataHome + "/Trash/files/Setup.dmg"));
+    EXPECT_FALSE(test::entryExists(dataHome + "/Trash/info/Setup.dmg.trashinfo"));
+    EXPECT_TRUE(test::entryExists(dataHome + "/Trash/files"));
+
     const CliRun again = run("clean --yes");
     EXPECT_EQ(again.status, 0);
     EXPECT_EQ(again.out, "Nothing to clean.\n");

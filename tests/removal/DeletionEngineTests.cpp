@@ -2,6 +2,7 @@
 // refusal, the two ways of going, and every failure in words.
 
 #include "base/Dates.h"
+#include "base/PathNames.h"
 #include "removal/DeletionEngine.h"
 #include "removal/DeletionPlan.h"
 #include "support/Bundles.h"
@@ -84,6 +85,40 @@ TEST_F(DeletionEngineTest, TrashAndPermanentMixAndEachSumsItsOwn) {
     EXPECT_EQ(ids.size(), 4u);
     EXPECT_EQ(fs::file_size(trashFiles + "/album/track.flac"), 40000u);
     EXPECT_TRUE(test::entryExists(home + "/Library/Caches")); // the rule's folder stays
+}
+
+// A file manager lists the Trash from its Trash information: an item that leaves the Trash takes
+// its ".trashinfo" along, and a folder that only looks like a trash keeps everything else.
+TEST_F(DeletionEngineTest, AnItemLeavingTheTrashTakesItsTrashInfoWithIt) {
+    test::writeFile(home + "/Downloads/a.txt", 1000);
+    test::writeFile(home + "/Downloads/b.txt", 1000);
+    const DeletionOutcome trashed = DeletionEngine::run({
+        request(home + "/Downloads/a.txt", 1000, Removal::trash),
+        request(home + "/Downloads/b.txt", 1000, Removal::trash),
+    });
+    ASSERT_EQ(trashed.entries.size(), 2u);
+    const std::string info = dataHome + "/Trash/info";
+    ASSERT_TRUE(test::entryExists(info + "/a.txt.trashinfo"));
+    ASSERT_TRUE(test::entryExists(info + "/b.txt.trashinfo"));
+    test::writeFile(home + "/work/files/c.txt", 1000);
+    test::writeText(home + "/work/info/c.txt.trashinfo", "[Trash Info]\nPath=/x/c.txt\n");
+
+    const DeletionOutcome outcome = DeletionEngine::run({
+        request(trashFiles + "/a.txt", 1000, Removal::permanent),
+        request(trashFiles + "/b.txt", 1000, Removal::trash),
+        request(home + "/work/files/c.txt", 1000, Removal::permanent),
+    });
+    EXPECT_EQ(outcome.report.deletedPaths.size(), 3u);
+    EXPECT_FALSE(test::entryExists(trashFiles + "/a.txt"));
+    EXPECT_FALSE(test::entryExists(info + "/a.txt.trashinfo"));
+    // Trashed again, the item lies under a new name with Trash information of its own.
+    ASSERT_EQ(outcome.entries.size(), 3u);
+    ASSERT_TRUE(outcome.entries[1].trashPath.has_value());
+    const std::string again = pathName(*outcome.entries[1].trashPath);
+    EXPECT_NE(again, "b.txt");
+    EXPECT_FALSE(test::entryExists(info + "/b.txt.trashinfo"));
+    EXPECT_TRUE(test::entryExists(info + "/" + again + ".trashinfo"));
+    EXPECT_TRUE(test::entryExists(home + "/work/info/c.txt.trashinfo"));
 }
 
 TEST_F(DeletionEngineTest, ProtectedPathsAreRefusedWhateverTheCallerBuilt) {

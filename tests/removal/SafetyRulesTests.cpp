@@ -1,4 +1,5 @@
 #include "catalogue/JunkCatalogue.h"
+#include "platform/HomeDirectory.h"
 #include "removal/SafetyRules.h"
 #include "support/Bundles.h"
 #include "support/ChildProcess.h"
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 
 namespace dorvik {
@@ -38,6 +40,9 @@ const std::string installers = ".dmg/.pkg/.xip files downloaded more than a week
 const std::string appleData = "Apple app data.";
 const std::string settings = "App settings. Deleting them resets the apps.";
 const std::string library = "Your photo or music library. Manage it from its app.";
+const std::string trashItself = "The Trash itself. Empty it instead.";
+const std::string trashed =
+    "Everything you\u2019ve already moved to the Trash. Emptying it actually frees the space.";
 
 std::string insidePackage(const std::string& extension) {
     return "Inside a ." + extension +
@@ -223,9 +228,16 @@ TEST(SafetyRules, EveryTableRowAndEveryCatalogueFolder) {
             {"/Volumes/X/Y" + std::string(marker) + "z", guarded, insidePackage(extension)});
     }
     for (const JunkRule& rule : JunkCatalogue::rules()) {
-        const std::string folder = ruleFolder(rule, "/Users/me");
-        cases.push_back({folder, guarded, ruleFolderKept});
-        cases.push_back({folder + "/Item.DMG", rule.risk, rule.explanation});
+        const std::string folder = ruleFolder(rule, "/Users/me", platform::dataHomeDirectory());
+        // The desktop Trash's folder says what it is.
+        const bool desktopTrash = emptiesATrash(rule) && rule.inDataHome;
+        cases.push_back({folder, guarded, desktopTrash ? trashItself : ruleFolderKept});
+        // An item the rule counts, whatever the case of its extension.
+        std::string extension = rule.extensions ? *rule.extensions->begin() : "dmg";
+        for (char& ch : extension) {
+            ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+        }
+        cases.push_back({folder + "/Item." + extension, rule.risk, rule.explanation});
     }
     expectVerdicts(cases);
 }
@@ -317,7 +329,9 @@ TEST(SafetyRules, LinuxPrivateAndSharedPlacesAreProtected) {
         {"/Users/me/.local/share/Trash", guarded, trash},
         {"/Users/me/.local/share/Trash/files", guarded, trash},
         {"/Users/me/.local/share/Trash/info", guarded, trash},
-        {"/Users/me/.local/share/Trash/files/old.txt", review, personal},
+        {"/Users/me/.local/share/Trash/files/old.txt", safe, trashed},
+        {"/Users/me/.local/share/Trash/files/old/inner.txt", safe, trashed},
+        {"/Users/me/.local/share/Trash/info/old.txt.trashinfo", review, personal},
         {"/var/log", guarded, "System logs."},
         {"/var/log/syslog.1", guarded, "System logs."},
         {"/srv/www", guarded, "Data this computer serves."},

@@ -1,7 +1,9 @@
+#include "base/PathNames.h"
 #include "scanning/Classification.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -89,34 +91,19 @@ TEST(Classification, DefaultBucketOfEachKind) {
     }
 }
 
-std::vector<std::string_view> split(std::string_view path) {
-    std::vector<std::string_view> parts;
-    size_t start = 0;
-    while (start < path.size()) {
-        size_t end = path.find('/', start);
-        if (end == std::string_view::npos) {
-            end = path.size();
-        }
-        if (end > start) {
-            parts.push_back(path.substr(start, end - start));
-        }
-        start = end + 1;
-    }
-    return parts;
-}
-
-// The bucket each directory on the way down would get, walking from the first component with
-// the same inheritance the scanner uses.
-std::optional<StorageBucket> bucketOfPath(std::string_view path) {
-    const auto parts = split(path);
+// The bucket each directory on the way down would get, walking from the scan's root (the whole
+// disk of a Mac by default) with the same inheritance the scanner uses.
+std::optional<StorageBucket> bucketOfPath(std::string_view path, ScanContext context = {}) {
+    const auto parts = pathPieces(path);
     std::optional<StorageBucket> bucket;
-    for (size_t depth = 1; depth <= parts.size(); ++depth) {
+    for (size_t depth = std::max<size_t>(context.rootDepth, 1); depth <= parts.size(); ++depth) {
         std::optional<StorageBucket> inherited = bucket;
         if (inherited == StorageBucket::other) {
             inherited.reset();
         }
-        bucket = directoryBucket(std::span(parts.data(), depth), parts[depth - 1], inherited)
-                     .value_or(StorageBucket::other);
+        bucket =
+            directoryBucket(std::span(parts.data(), depth), parts[depth - 1], inherited, context)
+                .value_or(StorageBucket::other);
     }
     return bucket;
 }
@@ -173,11 +160,158 @@ TEST(Classification, DirectoryBucketAlongRealPaths) {
         {"/.Spotlight-V100", B::system},
         {"/MobileSoftwareUpdate", B::system},
         {"/Volumes/Backup", B::other},
-        {"/home/ann/Library/Caches", B::other}, // only the macOS layout is known
+        {"/home/ann/Library/Caches", B::other}, // a Linux home has no Library of the Mac's
         {"/Foo.APP", B::other},                 // suffixes are case-sensitive
     };
     for (const auto& [path, bucket] : cases) {
         EXPECT_EQ(bucketOfPath(path), bucket) << path;
+    }
+}
+
+TEST(Classification, LinuxPlacesAlongRealPaths) {
+    using B = StorageBucket;
+    const struct {
+        std::string path;
+        StorageBucket bucket;
+    } cases[] = {
+        // the system, packages' own bytecode and modules included
+        {"/usr", B::system},
+        {"/usr/bin", B::system},
+        {"/usr/lib/python3/dist-packages/yaml/__pycache__", B::system},
+        {"/usr/lib/node_modules/npm", B::system},
+        {"/usr/share/go", B::system},
+        {"/bin", B::system},
+        {"/sbin", B::system},
+        {"/lib/modules/6.1.0", B::system},
+        {"/lib64", B::system},
+        {"/boot/grub", B::system},
+        {"/etc/ssh", B::system},
+        {"/var/lib/dpkg", B::system},
+        {"/var/log/journal", B::system},
+        // the Mac's rows where no Linux row speaks
+        {"/usr/local/cuda/bin", B::developer},
+        {"/usr/local/lib/node_modules", B::developer},
+        {"/private/var/log", B::junk},
+        {"/Users/ann/Library/Caches", B::junk},
+        // installed applications, containers, caches and temporary files
+        {"/opt/google/chrome", B::applications},
+        {"/opt/app/resources/node_modules", B::applications},
+        {"/snap/firefox/4090", B::applications},
+        {"/var/lib/snapd/snaps", B::applications},
+        {"/var/lib/flatpak/app/org.gimp.GIMP", B::applications},
+        {"/var/lib/docker/overlay2", B::developer},
+        {"/var/lib/containers/storage", B::developer},
+        {"/var/cache/apt/archives", B::junk},
+        {"/var/tmp/build", B::junk},
+        {"/tmp/unpacked", B::junk},
+        {"/tmp/unpacked/node_modules", B::junk},
+        // places no row knows
+        {"/var", B::other},
+        {"/var/spool", B::other},
+        {"/srv/www", B::other},
+        {"/home", B::other},
+        {"/usrx/lib", B::other},
+        {"/tmpfiles", B::other},
+        // homes
+        {"/home/ann", B::other},
+        {"/home/ann/.cache", B::junk},
+        {"/home/ann/.cache/go-build", B::junk},
+        {"/home/ann/.local", B::other},
+        {"/home/ann/.local/bin", B::other},
+        {"/home/ann/.local/share", B::appData},
+        {"/home/ann/.local/share/fonts", B::appData},
+        {"/home/ann/.local/share/Trash", B::trash},
+        {"/home/ann/.local/share/Trash/files/node_modules", B::trash},
+        {"/home/ann/.local/share/Trash/files/Old.app", B::applications},
+        {"/home/ann/.config/Code/User", B::appData},
+        {"/home/ann/.config/go", B::developer},
+        {"/home/ann/.var/app/org.gimp.GIMP/data", B::appData},
+        {"/home/ann/.var/cache", B::other},
+        {"/home/ann/snap/firefox/common", B::applications},
+        {"/home/ann/Documents", B::other},
+        {"/home/ann/Applications/Tool.app", B::applications},
+        {"/home/ann/projects/site/node_modules", B::developer},
+        {"/home/ann/.Trash", B::other}, // a Mac's Trash, not a Linux home's
+        {"/root", B::other},
+        {"/root/.cache/pip", B::junk},
+        {"/root/.local/share/Trash/files", B::trash},
+        {"/root/.config/htop", B::appData},
+        {"/rooted/.cache", B::other},
+    };
+    for (const auto& [path, bucket] : cases) {
+        EXPECT_EQ(bucketOfPath(path, {DiskLayout::linuxDesktop}), bucket) << path;
+    }
+}
+
+// Where a Mac's rows and a Linux system's both know a place, a Mac's disk keeps the Mac's answer.
+TEST(Classification, AMacsDiskKeepsTheMacsAnswers) {
+    using B = StorageBucket;
+    const struct {
+        std::string path;
+        StorageBucket mac;
+        StorageBucket onLinux;
+    } cases[] = {
+        {"/opt", B::developer, B::applications}, {"/opt/local/bin", B::developer, B::applications},
+        {"/usr/bin", B::developer, B::system},   {"/usr/local/bin", B::developer, B::developer},
+        {"/tmp/x", B::other, B::junk},           {"/home/ann/.cache", B::other, B::junk},
+    };
+    for (const auto& [path, mac, onLinux] : cases) {
+        EXPECT_EQ(bucketOfPath(path), mac) << path;
+        EXPECT_EQ(bucketOfPath(path, {DiskLayout::linuxDesktop}), onLinux) << path;
+    }
+}
+
+// A scan that begins inside a temporary folder looks at what the folder holds; one that reaches
+// the temporary folder from above sees temporary files. Other places decide wherever the scan
+// began.
+TEST(Classification, TemporaryFoldersCountAsJunkOnlyFromAbove) {
+    using B = StorageBucket;
+    const struct {
+        std::string path;
+        size_t rootDepth;
+        StorageBucket bucket;
+    } cases[] = {
+        {"/tmp/unpacked/photos", 0, B::junk},
+        {"/tmp/unpacked/photos", 1, B::junk},
+        {"/tmp/unpacked/photos", 2, B::other},
+        {"/tmp/unpacked/node_modules", 2, B::developer},
+        {"/tmp/unpacked/Photos.photoslibrary", 2, B::images},
+        {"/var/tmp/build/out", 1, B::junk},
+        {"/var/tmp/build/out", 2, B::junk},
+        {"/var/tmp/build/out", 3, B::other},
+        {"/var/cache/apt/archives", 3, B::junk},
+        {"/usr/share/icons/hicolor", 2, B::system},
+        {"/home/ann/.cache/pip/http", 3, B::junk},
+        {"/private/tmp/x/y", 3, B::junk},
+    };
+    for (const auto& [path, rootDepth, bucket] : cases) {
+        EXPECT_EQ(bucketOfPath(path, {DiskLayout::linuxDesktop, rootDepth}), bucket)
+            << path << " from depth " << rootDepth;
+    }
+}
+
+// The user's own home is a home wherever it lies; another folder there is not.
+TEST(Classification, TheUsersOwnHomeWhereverItLies) {
+    using B = StorageBucket;
+    const std::vector<std::string_view> silverblue = {"var", "home", "ann"};
+    const std::vector<std::string_view> scratch = {"tmp", "session", "home"};
+    const struct {
+        std::string path;
+        std::span<const std::string_view> home;
+        size_t rootDepth;
+        StorageBucket bucket;
+    } cases[] = {
+        {"/var/home/ann/.cache/pip", silverblue, 0, B::junk},
+        {"/var/home/ann/.local/share/Trash/files", silverblue, 3, B::trash},
+        {"/var/home/ann/.config/app", silverblue, 3, B::appData},
+        {"/var/home/bob/.cache", silverblue, 0, B::other},
+        {"/var/home/ann/.cache", {}, 0, B::other},
+        {"/tmp/session/home/.cache/app", scratch, 3, B::junk},
+        {"/tmp/session/home/Documents", scratch, 3, B::other},
+        {"/home/bob/.cache", silverblue, 0, B::junk},
+    };
+    for (const auto& [path, home, rootDepth, bucket] : cases) {
+        EXPECT_EQ(bucketOfPath(path, {DiskLayout::linuxDesktop, rootDepth, home}), bucket) << path;
     }
 }
 

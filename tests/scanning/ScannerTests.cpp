@@ -1,10 +1,12 @@
 #include "scanning/MeasureFolder.h"
 #include "scanning/Scanner.h"
+#include "support/Environment.h"
 #include "support/TempDir.h"
 #include "support/Unprivileged.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <numeric>
 #include <sys/stat.h>
@@ -232,6 +234,51 @@ UnreadableOutcome scanWithoutPrivileges(const std::string& root, const std::stri
                return outcome;
            })
         .value_or(UnreadableOutcome{});
+}
+
+// A Linux home built in a temporary folder, scanned as the user's own: each place in it has the
+// category a Linux desktop gives it, and the files of unlabelled places go by their kind.
+TEST(Scanner, ALinuxHomeOfTheTestsOwn) {
+    TempDir dir;
+    const std::string home = dir / "home";
+    const test::ScopedEnvironment homeVariable("HOME", home);
+    const struct {
+        std::string folder;
+        StorageBucket bucket;
+    } cases[] = {
+        {".cache/pip/http", StorageBucket::junk},
+        {".local/share/Trash/files/old", StorageBucket::trash},
+        {".local/share/fonts", StorageBucket::appData},
+        {".config/app", StorageBucket::appData},
+        {".var/app/org.example.App/data", StorageBucket::appData},
+        {"snap/firefox/common", StorageBucket::applications},
+        {"projects/site/node_modules", StorageBucket::developer},
+        {".config/go", StorageBucket::developer},
+    };
+    for (const auto& [folder, bucket] : cases) {
+        test::writeFile(home + "/" + folder + "/blob.bin", 600000);
+    }
+    test::writeFile(home + "/Documents/report.pdf", 600000);
+
+    const ScanResult scan = scanOrFail(home);
+    const auto nodeAt = [&](const std::string& relative) {
+        FileNodePtr node = scan.root;
+        size_t start = 0;
+        while (node != nullptr && start < relative.size()) {
+            const size_t end = std::min(relative.find('/', start), relative.size());
+            node = child(node, relative.substr(start, end - start));
+            start = end + 1;
+        }
+        return node;
+    };
+    for (const auto& [folder, bucket] : cases) {
+        const FileNodePtr node = nodeAt(folder + "/blob.bin");
+        ASSERT_NE(node, nullptr) << folder;
+        EXPECT_EQ(info(node->bucket).caseName, info(bucket).caseName) << folder;
+    }
+    EXPECT_EQ(nodeAt("Documents")->bucket, StorageBucket::other);
+    EXPECT_EQ(nodeAt("Documents/report.pdf")->bucket, StorageBucket::documents);
+    EXPECT_EQ(scan.root->bucket, StorageBucket::other);
 }
 
 TEST(Scanner, UnreadableFolderKeepsItsOwnBlocksAndNoContent) {

@@ -108,7 +108,7 @@ FilterBar::FilterBar(QWidget* parent)
 
     category_->addItem(tr("All categories"), anyChoice);
     for (StorageBucket bucket : allStorageBuckets) {
-        category_->addItem(Symbols::icon(info(bucket).symbol), qtText(info(bucket).displayName),
+        category_->addItem(Symbols::icon(info(bucket).symbol), shownText(info(bucket).displayName),
                            static_cast<int>(bucket));
     }
     connect(category_, &QComboBox::activated, this, [this](int index) {

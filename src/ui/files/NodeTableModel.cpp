@@ -54,9 +54,9 @@ QString text(NodeColumn column, const FileNode& node) {
         return node.isDirectory ? filesText(node.fileCount)
                                 : qtText(TextForms::count(node.fileCount));
     case NodeColumn::kind:
-        return qtText(info(node.kind).displayName);
+        return shownText(info(node.kind).displayName);
     case NodeColumn::category:
-        return qtText(info(node.bucket).displayName);
+        return shownText(info(node.bucket).displayName);
     case NodeColumn::modified:
         return qtText(TextForms::abbreviatedDate(node.modified));
     case NodeColumn::lastOpened:
@@ -190,7 +190,7 @@ QVariant NodeTableModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
         if (column == NodeColumn::risk) {
             const SafetyVerdict* verdict = verdictOf(index.row());
-            return verdict != nullptr ? QVariant(qtText(verdict->reason)) : QVariant();
+            return verdict != nullptr ? QVariant(shownText(verdict->reason)) : QVariant();
         }
         if (column == NodeColumn::name && row.unreadable) {
             return tr("No permission to read. Grant Full Disk Access.");

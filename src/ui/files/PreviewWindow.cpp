@@ -118,9 +118,9 @@ void PreviewWindow::showNode(const FileNodePtr& node) {
     } else {
         facts_->setText(QStringLiteral("<b>%1</b><br><br>%2<br>%3 · %4<br>%5 %6")
                             .arg(nameText(node->name).toHtmlEscaped(),
-                                 qtText(info(node->kind).displayName).toHtmlEscaped(),
+                                 shownText(info(node->kind).displayName).toHtmlEscaped(),
                                  qtText(TextForms::size(node->size)),
-                                 qtText(info(node->bucket).displayName).toHtmlEscaped(),
+                                 shownText(info(node->bucket).displayName).toHtmlEscaped(),
                                  tr("Modified"),
                                  qtText(TextForms::abbreviatedDate(node->modified))));
         stack_->setCurrentWidget(facts_);

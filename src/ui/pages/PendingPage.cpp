@@ -1,5 +1,6 @@
 #include "ui/pages/PendingPage.h"
 
+#include "ui/QtText.h"
 #include "ui/Style.h"
 #include "ui/pages/ScanPage.h"
 
@@ -20,15 +21,15 @@ QLabel* makeNote() {
 } // namespace
 
 Page* makePendingPage(AppState& state, const PendingPageTexts& texts) {
-    const QString title = QString::fromUtf8(texts.title);
-    const QString subtitle = QString::fromUtf8(texts.subtitle);
+    const QString title = shownText(texts.title);
+    const QString subtitle = shownText(texts.subtitle);
     if (texts.promptTitle == nullptr) {
         auto* page = new Page(title, subtitle);
         page->body()->addWidget(makeNote(), 1);
         return page;
     }
-    auto* page = new ScanPage(state, title, subtitle, QString::fromUtf8(texts.promptTitle),
-                              QString::fromUtf8(texts.promptMessage));
+    auto* page = new ScanPage(state, title, subtitle, shownText(texts.promptTitle),
+                              shownText(texts.promptMessage));
     page->setContent(makeNote());
     return page;
 }

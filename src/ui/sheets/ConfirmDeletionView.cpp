@@ -165,8 +165,8 @@ ConfirmDeletionView::ConfirmDeletionView(AppState& state, DeletionPlan plan, QWi
     : QDialog(parent, Qt::Widget), state_(state), plan_(std::move(plan)),
       byRisk_(itemsByRisk(plan_)), list_(new QListWidget), delegate_(new PlanListDelegate(list_)),
       total_(Style::label({}, Style::TextRole::body)), cancel_(new QPushButton(tr("Cancel"))),
-      confirm_(
-          new QPushButton(qtText(PlanTexts::confirmButton(state.settings().permanentDelete())))) {
+      confirm_(new QPushButton(
+          shownText(PlanTexts::confirmButton(state.settings().permanentDelete())))) {
     list_->setItemDelegate(delegate_);
     list_->setFrameShape(QFrame::NoFrame);
     list_->setSelectionMode(QAbstractItemView::NoSelection);
@@ -205,7 +205,7 @@ ConfirmDeletionView::ConfirmDeletionView(AppState& state, DeletionPlan plan, QWi
         auto* lock = new SymbolView("lock.fill", Style::smallIcon);
         lock->setTint(Style::Tint::secondary);
         note->addWidget(lock);
-        note->addWidget(Style::label(qtText(PlanTexts::protectedNote(protectedCount)),
+        note->addWidget(Style::label(shownText(PlanTexts::protectedNote(protectedCount)),
                                      Style::TextRole::secondary),
                         1);
         layout->addLayout(note);
@@ -219,8 +219,8 @@ QWidget* ConfirmDeletionView::makeHead() {
     auto* symbol = new SymbolView("trash.circle.fill", 44);
     symbol->setTint(Style::Tint::danger);
     symbol->setBadge(true);
-    auto* title = Style::label(qtText(plan_.title), Style::TextRole::headline);
-    auto* line = Style::label(qtText(PlanTexts::headline(state_.settings().permanentDelete())),
+    auto* title = Style::label(shownText(plan_.title), Style::TextRole::headline);
+    auto* line = Style::label(shownText(PlanTexts::headline(state_.settings().permanentDelete())),
                               Style::TextRole::secondary);
     line->setWordWrap(true);
     QVBoxLayout* lines = layOutWithLeadingSymbol(head, symbol, 0, Style::cardPadding).column;
@@ -249,7 +249,7 @@ void ConfirmDeletionView::fillList() {
             auto* row = new QListWidgetItem(nameText(item.name), list_);
             row->setData(isHeadingRole, false);
             row->setData(riskRole, static_cast<int>(risk));
-            row->setData(reasonRole, qtText(item.verdict.reason));
+            row->setData(reasonRole, shownText(item.verdict.reason));
             row->setData(pathRole, nameText(displayPath(item.path)));
             row->setData(sizeRole, qtText(TextForms::size(item.size)));
             row->setData(symbolRole, qtText(itemSymbol(item)));
@@ -264,7 +264,7 @@ QWidget* ConfirmDeletionView::makeReviewConsent(size_t reviewCount) {
     // A box whose label carries a bold word; a click on the label ticks the box as well.
     auto* consent = new QWidget;
     reviewBox_ = new QCheckBox;
-    reviewText_ = new QLabel(boldMarks(qtText(PlanTexts::reviewConsent(reviewCount))));
+    reviewText_ = new QLabel(boldMarks(shownText(PlanTexts::reviewConsent(reviewCount))));
     reviewText_->setTextFormat(Qt::RichText);
     reviewText_->setWordWrap(true);
     reviewText_->installEventFilter(this);

@@ -62,7 +62,7 @@ QWidget* SettingsView::makeGeneralTab() {
 
     appearancePicker_ = new SegmentedControl;
     for (AppAppearance choice : allAppAppearances) {
-        appearancePicker_->addSegment(static_cast<int>(choice), qtText(info(choice).label));
+        appearancePicker_->addSegment(static_cast<int>(choice), shownText(info(choice).label));
     }
     appearancePicker_->setChosen(static_cast<int>(appearance_.appearance()));
     appearancePicker_->onChosen = [this](int id) {

@@ -49,7 +49,7 @@ void DiskFooter::refresh() {
     if (!volume) {
         return;
     }
-    name_->setText(qtText(volume->name));
+    name_->setText(shownText(volume->name));
     free_->setText(tr("%1 free").arg(qtText(TextForms::size(volume->available))));
     const double total = static_cast<double>(volume->total);
     used_->setShare(total > 0 ? (total - static_cast<double>(volume->available)) / total : 0);

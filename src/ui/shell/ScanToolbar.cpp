@@ -117,7 +117,7 @@ void ScanToolbar::refresh() {
         return;
     }
     scanButton_->setText(state_.scan() ? tr("Rescan") : tr("Scan"));
-    scanButton_->setToolTip(tr("Scan: %1").arg(qtText(state_.scanTarget().title())));
+    scanButton_->setToolTip(tr("Scan: %1").arg(shownText(state_.scanTarget().title())));
     const bool stale = isScanStale(state_.scan(), state_.isScanning(), Dates::now());
     Style::setProminent(scanButton_, stale);
     Style::setProminent(menuButton_, stale);

@@ -124,7 +124,7 @@ Sidebar::Sidebar(AppState& state, QWidget* parent)
         for (AppSection section : group.sections) {
             const AppSectionInfo& about = info(section);
             auto* row = new QListWidgetItem(Symbols::icon(about.symbol, Style::Tint::accent),
-                                            qtText(about.title), list_);
+                                            shownText(about.title), list_);
             row->setData(sectionRole, static_cast<int>(section));
         }
     }

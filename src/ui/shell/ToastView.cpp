@@ -87,8 +87,8 @@ void ToastView::refresh() {
     }
     symbol_->setSymbol(toast->warning ? "exclamationmark.triangle.fill" : "checkmark.circle.fill");
     symbol_->setTint(toast->warning ? Style::Tint::warning : Style::Tint::positive);
-    message_->setText(qtText(toast->message));
-    detail_->setText(toast->detail ? qtText(*toast->detail) : QString());
+    message_->setText(shownText(toast->message));
+    detail_->setText(toast->detail ? shownText(*toast->detail) : QString());
     detail_->setVisible(toast->detail.has_value());
     undo_->setVisible(!toast->undoable.empty());
     if (toast->id == shownId_) {

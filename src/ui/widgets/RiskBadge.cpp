@@ -40,7 +40,7 @@ QSize riskBadgeSize(Risk risk, bool compact, const QFont& font) {
     if (compact) {
         return {symbolSize + 2 * padding, height};
     }
-    return {padding + symbolSize + inner + metrics.horizontalAdvance(qtText(info(risk).label)) +
+    return {padding + symbolSize + inner + metrics.horizontalAdvance(shownText(info(risk).label)) +
                 padding,
             height};
 }
@@ -62,7 +62,7 @@ int paintRiskBadge(QPainter& painter, int left, int centreY, Risk risk, bool com
         painter.setPen(colour);
         const QRect text(symbol.right() + 1 + inner, capsule.top(),
                          capsule.right() - symbol.right() - inner, capsule.height());
-        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, qtText(info(risk).label));
+        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, shownText(info(risk).label));
     }
     painter.restore();
     return size.width();

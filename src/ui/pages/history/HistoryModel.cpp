@@ -44,7 +44,7 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
         case size:
             return qtText(TextForms::size(row.size));
         case method:
-            return qtText(historyMethod(row));
+            return shownText(historyMethod(row));
         case restore:
             return canRestore(row) ? tr("Restore") : QString();
         default:

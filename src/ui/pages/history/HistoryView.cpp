@@ -190,7 +190,7 @@ void HistoryView::refreshFailures() {
         symbol->setTint(Style::Tint::danger);
         auto* path = new ElidedLabel;
         path->setText(nameText(displayPath(failures[i].path)));
-        auto* reason = Style::label(qtText(failures[i].reason), Style::TextRole::caption);
+        auto* reason = Style::label(shownText(failures[i].reason), Style::TextRole::caption);
         reason->setWordWrap(true);
         QVBoxLayout* lines = layOutWithLeadingSymbol(row, symbol, 0, Style::gap).column;
         lines->setSpacing(1);

@@ -22,7 +22,7 @@ KindTile::KindTile(FileKind kind, int64_t bytes, int64_t files, QWidget* parent)
     setCheckable(true);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
-    setText(qtText(info(kind).displayName));
+    setText(shownText(info(kind).displayName));
     setAccessibleName(text());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }

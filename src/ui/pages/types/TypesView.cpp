@@ -33,7 +33,7 @@ TypesView::TypesView(AppState& state, QWidget* parent)
                parent),
       grid_(new QGridLayout), list_(new FileListPanel(state, false, [this] {
           const QString kind = filter_.kinds.size() == 1
-                                   ? qtText(info(*filter_.kinds.begin()).displayName)
+                                   ? shownText(info(*filter_.kinds.begin()).displayName)
                                    : QString();
           return QStringLiteral("Dorvik-") + kind;
       })) {
