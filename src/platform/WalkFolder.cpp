@@ -57,12 +57,23 @@ struct WalkFolder::Lineage {
         : device(folderDevice), inode(folderInode), above(std::move(parent)) {}
 
     // Lets go of the chain above one link at a time: a chain as deep as a disk can make would
-    // overflow the stack if each link let go of the next itself.
+    // overflow the stack if each link let go of the next itself. A link that goes while the
+    // outermost one unwinds hands the one above it to that unwinding; each is let go of as any
+    // shared pointer, since other threads may hold the same links.
     ~Lineage() {
-        std::shared_ptr<const Lineage> next = std::move(above);
-        while (next && next.use_count() == 1) {
-            next = std::move(const_cast<Lineage&>(*next).above);
+        thread_local std::vector<std::shared_ptr<const Lineage>>* unwinding = nullptr;
+        if (unwinding != nullptr) {
+            unwinding->push_back(std::move(above));
+            return;
         }
+        std::vector<std::shared_ptr<const Lineage>> pending;
+        pending.push_back(std::move(above));
+        unwinding = &pending;
+        while (!pending.empty()) {
+            std::shared_ptr<const Lineage> next = std::move(pending.back());
+            pending.pop_back();
+        }
+        unwinding = nullptr;
     }
     Lineage(const Lineage&) = delete;
     Lineage& operator=(const Lineage&) = delete;

@@ -77,7 +77,7 @@ FolderMeasure measureFolder(const std::string& path, int threads) {
         pool.run(WalkFolder(path, status), [&](int thread, const WalkFolder& folder) {
             MeasureWorker& worker = workers[static_cast<size_t>(thread)];
             worker.measureFolder(folder);
-            pool.add(worker.subfolders);
+            pool.add(thread, worker.subfolders);
         });
     }
     FolderMeasure total;

@@ -100,7 +100,7 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
             }
             std::vector<FolderJob>& subfolders = found[static_cast<size_t>(thread)];
             workers[static_cast<size_t>(thread)].scanFolder(job, subfolders);
-            pool.add(subfolders);
+            pool.add(thread, subfolders);
         },
         [&] { board.whileWaiting(); }, progressInterval_);
     if (cancelled) {

@@ -7,6 +7,7 @@
 // and none runs, or when a job stops it. A job that throws stops the run, and run() throws that
 // again on the calling thread.
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <exception>
@@ -49,8 +50,9 @@ public:
         }
     }
 
-    // From a job: adds `jobs` so that the first of them is taken next, and empties the vector.
-    void add(std::vector<Job>& jobs) {
+    // From a job on `worker`: adds `jobs` so that the first of them is taken next, and empties
+    // the vector.
+    void add(int /*worker*/, std::vector<Job>& jobs) {
         if (jobs.empty()) {
             return;
         }
@@ -88,7 +90,8 @@ private:
                 }
                 ++idle_;
                 if (waiting != nullptr) {
-                    wake_.wait_for(guard, std::chrono::duration<double>(interval));
+                    // A millisecond at least, so that no interval makes it spin.
+                    wake_.wait_for(guard, std::chrono::duration<double>(std::max(interval, 1e-3)));
                     --idle_;
                     guard.unlock();
                     (*waiting)();

@@ -112,8 +112,11 @@ TEST(ParallelScan, HardLinksCountAtTheFirstPathOfASingleWalk) {
 
 TEST(ParallelScan, ProgressComesOnTheCallingThreadAndCancellingStops) {
     test::TempDir dir;
-    for (int folder = 0; folder < 6; ++folder) {
-        for (int file = 0; file < 1500; ++file) {
+    // Many more folders than threads, so that most are still waiting when the scan is cancelled.
+    constexpr int folders = 60;
+    constexpr int filesEach = 200;
+    for (int folder = 0; folder < folders; ++folder) {
+        for (int file = 0; file < filesEach; ++file) {
             test::writeFile(dir / ("f" + std::to_string(folder) + "/" + std::to_string(file)), 0);
         }
     }
@@ -140,7 +143,7 @@ TEST(ParallelScan, ProgressComesOnTheCallingThreadAndCancellingStops) {
             cancelled.cancel();
         }
     }));
-    EXPECT_LT(lastReport, 6 * 1500);
+    EXPECT_LT(lastReport, folders * filesEach);
 }
 
 // A folder mounted back onto a folder above it would make the walk go round for ever; one of
