@@ -37,9 +37,8 @@ WalkOrder orderBelow(const WalkOrder& folder, size_t index) {
 
 } // namespace
 
-FileNodePtr makeFolderNode(std::string name, std::string_view path,
+FileNodePtr makeFolderNode(std::string name, std::string_view canonical,
                            std::optional<StorageBucket> parentBucket, const WalkStat& status) {
-    const std::string canonical = canonicalPath(path);
     const std::vector<std::string_view> components = pathComponents(canonical);
     if (parentBucket == StorageBucket::other) {
         parentBucket.reset();
@@ -101,12 +100,12 @@ void ScanWorker::enterSubfolder(const FolderJob& job, size_t index,
         return; // a loop through a bind mount
     }
     platform::WalkFolder folder = job.folder.subfolder(listing_, index);
-    if (excludedPaths_.contains(canonicalPath(folder.path()))) {
+    const std::string canonical = canonicalPath(folder.path());
+    if (excludedPaths_.contains(canonical)) {
         return; // no node, and nothing below it counts
     }
-    const std::optional<StorageBucket> parentBucket = job.node->bucket;
     FileNodePtr node =
-        makeFolderNode(std::string(listing_.name(index)), folder.path(), parentBucket, status);
+        makeFolderNode(std::string(listing_.name(index)), canonical, job.node->bucket, status);
     FileNode::adopt(job.node, node);
     tally_.countFolder(*node);
     afterEntry(folder.path(), {});

@@ -26,9 +26,9 @@ struct FolderJob {
     WalkOrder order;
 };
 
-// A folder's node with its own blocks and times, its bucket from where it stands.
-// `parentBucket` is none for the root.
-FileNodePtr makeFolderNode(std::string name, std::string_view path,
+// A folder's node with its own blocks and times, its bucket from where it stands: its canonical
+// path and its parent's bucket, none for the root.
+FileNodePtr makeFolderNode(std::string name, std::string_view canonical,
                            std::optional<StorageBucket> parentBucket,
                            const platform::WalkStat& status);
 

@@ -1,5 +1,6 @@
 #include "scanning/Scanner.h"
 
+#include "base/PathNames.h"
 #include "platform/WalkFolder.h"
 #include "scanning/HardLinkLedger.h"
 #include "scanning/ScanProgress.h"
@@ -82,7 +83,8 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
         workers.emplace_back(thread, excludedPaths, board);
     }
 
-    const FileNodePtr root = makeFolderNode(rootPath, rootPath, std::nullopt, status);
+    const FileNodePtr root =
+        makeFolderNode(rootPath, canonicalPath(rootPath), std::nullopt, status);
     workers[0].tally().countFolder(*root);
     workers[0].afterEntry(rootPath, {});
 
