@@ -1,5 +1,6 @@
 #include "platform/WalkFolder.h"
 
+#include <algorithm>
 #include <climits>
 #include <dirent.h>
 #include <fcntl.h>
@@ -81,11 +82,27 @@ struct WalkFolder::Lineage {
 
 struct WalkAnchor {
     int fd = -1;
-    explicit WalkAnchor(int descriptor) : fd(descriptor) {}
-    ~WalkAnchor() { close(fd); }
+    OpenFolderBudget* budget = nullptr; // none for a folder kept open for long paths
+    WalkAnchor(int descriptor, OpenFolderBudget* takenFrom) : fd(descriptor), budget(takenFrom) {}
+    ~WalkAnchor() {
+        close(fd);
+        if (budget != nullptr) {
+            budget->giveBack();
+        }
+    }
     WalkAnchor(const WalkAnchor&) = delete;
     WalkAnchor& operator=(const WalkAnchor&) = delete;
 };
+
+bool OpenFolderBudget::take() {
+    int left = left_.load(std::memory_order_relaxed);
+    while (left > 0) {
+        if (left_.compare_exchange_weak(left, left - 1, std::memory_order_relaxed)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 WalkStat walkStatus(const std::string& path) {
     struct stat st {};
@@ -122,14 +139,14 @@ WalkFolder WalkFolder::subfolder(const FolderListing& listing, size_t index) con
     child.lineage_ =
         std::make_shared<const Lineage>(child.status_.device, child.status_.inode, lineage_);
     child.anchor_ = listing.subfolderAnchor_;
-    child.anchorPathLength_ = listing.subfolderAnchorPathLength_;
+    child.pathBelowAnchor_ = listing.subfolderPathBelowAnchor_;
     return child;
 }
 
 FolderListing::FolderListing() = default;
 FolderListing::~FolderListing() = default;
 
-void listFolder(const WalkFolder& folder, FolderListing& listing) {
+void listFolder(const WalkFolder& folder, FolderListing& listing, OpenFolderBudget& budget) {
     listing.complete_ = false;
     listing.entries_.clear();
     listing.names_.clear();
@@ -140,9 +157,9 @@ void listFolder(const WalkFolder& folder, FolderListing& listing) {
     if (folder.anchor_ == nullptr) {
         fd = open(folder.path_.c_str(), folderFlags);
     } else {
-        namedLength = folder.path_.size() - folder.anchorPathLength_ - 1;
-        fd = openat(folder.anchor_->fd, folder.path_.c_str() + folder.anchorPathLength_ + 1,
-                    folderFlags);
+        namedLength = folder.path_.size() - folder.pathBelowAnchor_;
+        fd =
+            openat(folder.anchor_->fd, folder.path_.c_str() + folder.pathBelowAnchor_, folderFlags);
     }
     if (fd < 0) {
         return;
@@ -187,13 +204,19 @@ void listFolder(const WalkFolder& folder, FolderListing& listing) {
         return;
     }
     listing.complete_ = true;
-    if (namedLength >= longestAnchoredPath) {
-        listing.subfolderAnchor_ = std::make_shared<const WalkAnchor>(fd);
-        listing.subfolderAnchorPathLength_ = folder.path_.size();
+    const bool hasSubfolders = std::ranges::any_of(
+        listing.entries_, [](const auto& entry) { return entry.status.type == EntryType::folder; });
+    const bool pathsTooLong = namedLength >= longestAnchoredPath;
+    if (hasSubfolders && (pathsTooLong || budget.take())) {
+        listing.subfolderAnchor_ =
+            std::make_shared<const WalkAnchor>(fd, pathsTooLong ? nullptr : &budget);
+        // A subfolder's path is this one's, a "/" unless this is "/", then its name.
+        const bool endsInSlash = !folder.path_.empty() && folder.path_.back() == '/';
+        listing.subfolderPathBelowAnchor_ = folder.path_.size() + (endsInSlash ? 0 : 1);
     } else {
         close(fd);
         listing.subfolderAnchor_ = folder.anchor_;
-        listing.subfolderAnchorPathLength_ = folder.anchorPathLength_;
+        listing.subfolderPathBelowAnchor_ = folder.pathBelowAnchor_;
     }
 }
 

@@ -6,13 +6,14 @@
 // FTS_XDEV: a link is an entry of its own, never followed; a folder on another volume is met but
 // not listed; a folder that is the same as one above it (a bind mount looping back) is not met.
 //
-// A folder is opened by its path and checked to be the folder its parent listed, so no
-// descriptor stays open between listing a folder and listing the ones below it, and the folders
-// of one level can go to different threads. A path of PATH_MAX bytes or more cannot be named:
-// a folder whose subfolders' paths may grow that long keeps its descriptor open for them, and
-// they are opened relative to it. So depth has no limit, and a walk keeps one descriptor open for
-// about every 3,800 bytes of path below its deepest folders still waiting to be listed.
+// A folder is opened in the nearest folder above it that is still open, or by its whole path,
+// and checked to be the folder its parent listed; any thread may do it, so the folders of one
+// level can go to different threads. Few folders stay open after their listing: as many as the
+// walk's budget allows, and those whose subfolders' paths may reach PATH_MAX bytes, which cannot
+// be named. So depth has no limit, and a walk keeps its budget plus one descriptor for about
+// every 3,800 bytes of path below its deepest folders still waiting to be listed.
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -49,6 +50,28 @@ class FolderListing;
 // An open folder that deeper folders are opened relative to.
 struct WalkAnchor;
 
+// How many folders one walk may keep open besides those it lists and those it must keep for paths
+// too long to name. A folder kept open lets its subfolders be opened by their name in it, which
+// spares the kernel looking up every folder of a deep path again; with none left a subfolder is
+// opened by its path, or relative to the nearest folder above it still open. Shared by the walk's
+// threads; it must outlive every folder and listing of the walk.
+class OpenFolderBudget {
+public:
+    // Enough for the folders above the ones being listed in most trees, and few beside the
+    // thousand descriptors a process may usually hold.
+    static constexpr int usualFolders = 24;
+
+    explicit OpenFolderBudget(int folders = usualFolders) : left_(folders) {}
+    OpenFolderBudget(const OpenFolderBudget&) = delete;
+    OpenFolderBudget& operator=(const OpenFolderBudget&) = delete;
+
+    bool take();
+    void giveBack() { left_.fetch_add(1, std::memory_order_relaxed); }
+
+private:
+    std::atomic<int> left_;
+};
+
 class WalkFolder {
 public:
     // The root of a walk: the folder at `path`, whose status is `status`. Its device is the
@@ -71,7 +94,8 @@ public:
 
 private:
     struct Lineage;
-    friend void listFolder(const WalkFolder& folder, FolderListing& listing);
+    friend void listFolder(const WalkFolder& folder, FolderListing& listing,
+                           OpenFolderBudget& budget);
 
     WalkFolder() = default;
 
@@ -79,10 +103,10 @@ private:
     WalkStat status_;
     uint64_t walkDevice_ = 0;
     std::shared_ptr<const Lineage> lineage_; // this folder and those above it
-    // The folder this one is opened relative to when its path is too long to name, and the
-    // length of the anchor's own path in path_; none while the whole path can be named.
+    // The open folder above this one that it is opened relative to, and where the rest of the
+    // path after it starts in path_; none while it is opened by its whole path.
     std::shared_ptr<const WalkAnchor> anchor_;
-    size_t anchorPathLength_ = 0;
+    size_t pathBelowAnchor_ = 0;
 };
 
 // The entries of one folder, "." and ".." left out, in the order the file system gives them,
@@ -106,7 +130,8 @@ public:
     const WalkStat& status(size_t index) const { return entries_[index].status; }
 
 private:
-    friend void listFolder(const WalkFolder& folder, FolderListing& listing);
+    friend void listFolder(const WalkFolder& folder, FolderListing& listing,
+                           OpenFolderBudget& budget);
     friend class WalkFolder;
 
     struct Entry {
@@ -120,11 +145,11 @@ private:
     std::string names_;
     // What the subfolders are opened relative to, as in WalkFolder.
     std::shared_ptr<const WalkAnchor> subfolderAnchor_;
-    size_t subfolderAnchorPathLength_ = 0;
+    size_t subfolderPathBelowAnchor_ = 0;
 };
 
-// Lists `folder` into `listing`, replacing what it held. Opens the folder once and closes it
-// again unless its subfolders need it as their anchor.
-void listFolder(const WalkFolder& folder, FolderListing& listing);
+// Lists `folder` into `listing`, replacing what it held. Opens the folder once and keeps it open
+// for its subfolders while `budget` allows, or when their paths may grow too long to name.
+void listFolder(const WalkFolder& folder, FolderListing& listing, OpenFolderBudget& budget);
 
 } // namespace dorvik::platform

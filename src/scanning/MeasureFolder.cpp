@@ -35,8 +35,8 @@ struct MeasureWorker {
         measure.fileCount += 1;
     }
 
-    void measureFolder(const WalkFolder& folder) {
-        platform::listFolder(folder, listing);
+    void measureFolder(const WalkFolder& folder, platform::OpenFolderBudget& openFolders) {
+        platform::listFolder(folder, listing, openFolders);
         for (size_t index = 0; index < listing.size(); ++index) {
             const WalkStat& status = listing.status(index);
             switch (status.type) {
@@ -68,6 +68,7 @@ FolderMeasure measureFolder(const std::string& path, int threads) {
     if (status.type == EntryType::unknown) {
         return {};
     }
+    platform::OpenFolderBudget openFolders; // outlives the listings and the jobs
     std::deque<MeasureWorker> workers(static_cast<size_t>(threads < 1 ? 1 : threads));
     if (status.type != EntryType::folder) {
         workers[0].count(status);
@@ -76,7 +77,7 @@ FolderMeasure measureFolder(const std::string& path, int threads) {
         WalkPool<WalkFolder> pool(static_cast<int>(workers.size()));
         pool.run(WalkFolder(path, status), [&](int thread, const WalkFolder& folder) {
             MeasureWorker& worker = workers[static_cast<size_t>(thread)];
-            worker.measureFolder(folder);
+            worker.measureFolder(folder, openFolders);
             pool.add(thread, worker.subfolders);
         });
     }

@@ -56,11 +56,12 @@ FileNodePtr makeFolderNode(std::string name, std::string_view canonical,
 }
 
 ScanWorker::ScanWorker(int thread, const std::set<std::string>& excludedPaths,
-                       ScanProgress& progress)
-    : thread_(thread), excludedPaths_(excludedPaths), progress_(progress) {}
+                       platform::OpenFolderBudget& openFolders, ScanProgress& progress)
+    : thread_(thread), excludedPaths_(excludedPaths), openFolders_(openFolders),
+      progress_(progress) {}
 
 void ScanWorker::scanFolder(const FolderJob& job, std::vector<FolderJob>& subfolders) {
-    platform::listFolder(job.folder, listing_);
+    platform::listFolder(job.folder, listing_, openFolders_);
     if (!listing_.complete()) {
         // It keeps its own blocks and shows as unreadable.
         job.node->unreadable = true;

@@ -35,7 +35,8 @@ FileNodePtr makeFolderNode(std::string name, std::string_view canonical,
 class ScanWorker {
 public:
     // `thread` 0 is the calling thread, the one that reports progress.
-    ScanWorker(int thread, const std::set<std::string>& excludedPaths, ScanProgress& progress);
+    ScanWorker(int thread, const std::set<std::string>& excludedPaths,
+               platform::OpenFolderBudget& openFolders, ScanProgress& progress);
 
     // Lists the job's folder and counts what it holds; the subfolders to list next are added to
     // `subfolders`, in the order listed.
@@ -53,6 +54,7 @@ private:
 
     const int thread_;
     const std::set<std::string>& excludedPaths_;
+    platform::OpenFolderBudget& openFolders_;
     ScanProgress& progress_;
     platform::FolderListing listing_;
     ScanTally tally_;

@@ -77,10 +77,12 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
     if (status.type != platform::EntryType::folder || isCancelled()) {
         return std::nullopt;
     }
+    // Outlives the workers' listings and the pool's jobs, which may hold folders open.
+    platform::OpenFolderBudget openFolders;
     ScanProgress board(threads_, progress, progressInterval_, progressFileStride);
     std::deque<ScanWorker> workers;
     for (int thread = 0; thread < threads_; ++thread) {
-        workers.emplace_back(thread, excludedPaths, board);
+        workers.emplace_back(thread, excludedPaths, openFolders, board);
     }
 
     const FileNodePtr root =

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <iterator>
 #include <map>
 #include <string>
 #include <sys/stat.h>
+#include <vector>
 
 namespace dorvik::platform {
 namespace {
@@ -29,8 +33,9 @@ TEST(WalkFolder, ListsEveryEntryWithItsOwnStatus) {
 
     const WalkStat root = walkStatus(dir / "top");
     ASSERT_EQ(root.type, EntryType::folder);
+    OpenFolderBudget budget;
     FolderListing listing;
-    listFolder(WalkFolder(dir / "top", root), listing);
+    listFolder(WalkFolder(dir / "top", root), listing, budget);
     ASSERT_TRUE(listing.complete());
     const auto entries = entriesOf(listing);
     ASSERT_EQ(entries.size(), 5u);
@@ -61,7 +66,7 @@ TEST(WalkFolder, ListsEveryEntryWithItsOwnStatus) {
     }();
     const WalkFolder subfolder = WalkFolder(dir / "top", root).subfolder(listing, sub);
     EXPECT_EQ(subfolder.path(), dir / "top/sub");
-    listFolder(subfolder, listing);
+    listFolder(subfolder, listing, budget);
     EXPECT_TRUE(listing.complete());
     EXPECT_EQ(listing.size(), 0u);
 
@@ -79,8 +84,9 @@ TEST(WalkFolder, AFolderReplacedSinceItWasMetIsNotListed) {
     test::writeFile(dir / "elsewhere/secret.txt", 10);
 
     const WalkFolder root(dir / "root", walkStatus(dir / "root"));
+    OpenFolderBudget budget;
     FolderListing listing;
-    listFolder(root, listing);
+    listFolder(root, listing, budget);
     ASSERT_TRUE(listing.complete());
     std::map<std::string, WalkFolder> folders;
     for (size_t i = 0; i < listing.size(); ++i) {
@@ -96,7 +102,7 @@ TEST(WalkFolder, AFolderReplacedSinceItWasMetIsNotListed) {
         bool listed;
     } cases[] = {{"kept", true}, {"moved", false}, {"linked", false}};
     for (const auto& [name, listed] : cases) {
-        listFolder(folders.at(name), listing);
+        listFolder(folders.at(name), listing, budget);
         EXPECT_EQ(listing.complete(), listed) << name;
         EXPECT_EQ(listing.size(), listed ? 1u : 0u) << name;
     }
@@ -108,11 +114,12 @@ TEST(WalkFolder, KnowsTheFoldersAboveItself) {
     test::makeFolder(dir / "a/c");
     const WalkStat rootStatus = walkStatus(dir.path());
     const WalkFolder root(dir.path(), rootStatus);
+    OpenFolderBudget budget;
     FolderListing listing;
-    listFolder(root, listing);
+    listFolder(root, listing, budget);
     ASSERT_EQ(listing.size(), 1u);
     const WalkFolder a = root.subfolder(listing, 0);
-    listFolder(a, listing);
+    listFolder(a, listing, budget);
     ASSERT_EQ(listing.size(), 2u);
     const WalkFolder below = a.subfolder(listing, 0);
 
@@ -122,6 +129,69 @@ TEST(WalkFolder, KnowsTheFoldersAboveItself) {
     EXPECT_FALSE(below.isItselfOrAbove(listing.status(1))); // its sibling
     EXPECT_FALSE(root.isItselfOrAbove(a.status()));
     EXPECT_TRUE(below.isOnWalkVolume());
+}
+
+int openDescriptors() {
+    const auto entries = std::filesystem::directory_iterator("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(entries), end(entries)));
+}
+
+// Every folder of a tree is listed whatever the budget, and no more folders stay open than it
+// allows; the folders kept open spare their subfolders the lookup of the whole path.
+TEST(WalkFolder, KeepsNoMoreFoldersOpenThanItsBudget) {
+    test::TempDir dir;
+    std::string path = dir / "chain";
+    for (int level = 0; level < 30; ++level) {
+        test::writeFile(path + "/side/file", 10);
+        path += "/level";
+    }
+    test::makeFolder(path);
+    const int before = openDescriptors();
+    for (const int budgetFolders : {0, 3, OpenFolderBudget::usualFolders}) {
+        OpenFolderBudget budget(budgetFolders);
+        FolderListing listing;
+        std::vector<WalkFolder> pending{WalkFolder(dir / "chain", walkStatus(dir / "chain"))};
+        int listed = 0;
+        int mostOpen = 0;
+        while (!pending.empty()) {
+            const WalkFolder folder = std::move(pending.back());
+            pending.pop_back();
+            listFolder(folder, listing, budget);
+            EXPECT_TRUE(listing.complete()) << folder.path();
+            ++listed;
+            for (size_t i = 0; i < listing.size(); ++i) {
+                if (listing.status(i).type == EntryType::folder) {
+                    pending.push_back(folder.subfolder(listing, i));
+                }
+            }
+            mostOpen = std::max(mostOpen, openDescriptors() - before);
+        }
+        EXPECT_EQ(listed, 30 * 2 + 1) << budgetFolders;
+        EXPECT_LE(mostOpen, budgetFolders) << budgetFolders;
+        EXPECT_GE(mostOpen, std::min(budgetFolders, 1)) << budgetFolders;
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(WalkFolder, SubfoldersOfTheWholeDisk) {
+    const WalkFolder root("/", walkStatus("/"));
+    OpenFolderBudget budget;
+    FolderListing listing;
+    listFolder(root, listing, budget);
+    ASSERT_TRUE(listing.complete());
+    size_t folders = 0;
+    FolderListing below;
+    for (size_t i = 0; i < listing.size(); ++i) {
+        if (listing.status(i).type != EntryType::folder ||
+            !root.subfolder(listing, i).isOnWalkVolume()) {
+            continue;
+        }
+        const WalkFolder folder = root.subfolder(listing, i);
+        EXPECT_EQ(folder.path(), "/" + std::string(listing.name(i)));
+        listFolder(folder, below, budget);
+        folders += below.complete() ? 1 : 0;
+    }
+    EXPECT_GT(folders, 3u);
 }
 
 } // namespace
