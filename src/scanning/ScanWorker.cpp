@@ -4,6 +4,8 @@
 #include "scanning/Classification.h"
 #include "scanning/HardLinkKey.h"
 
+#include <algorithm>
+
 namespace dorvik {
 
 namespace {
@@ -13,6 +15,7 @@ using platform::WalkStat;
 
 std::vector<std::string_view> pathComponents(std::string_view path) {
     std::vector<std::string_view> components;
+    components.reserve(static_cast<size_t>(std::ranges::count(path, '/')) + 1);
     size_t start = 0;
     while (start <= path.size()) {
         size_t end = path.find('/', start);
