@@ -1,5 +1,7 @@
 #include "base/PathNames.h"
 
+#include <algorithm>
+
 namespace dorvik {
 
 std::string canonicalPath(std::string_view path) {
@@ -73,6 +75,7 @@ std::string childPath(std::string_view folder, std::string_view name) {
 
 std::vector<std::string_view> pathPieces(std::string_view path) {
     std::vector<std::string_view> pieces;
+    pieces.reserve(static_cast<size_t>(std::ranges::count(path, '/')) + 1);
     size_t start = 0;
     while (start < path.size()) {
         size_t end = path.find('/', start);

@@ -3,6 +3,7 @@
 #include "cli/ScanSource.h"
 #include "scanning/FileFilter.h"
 #include "scanning/FileListCsv.h"
+#include "scanning/WalkThreads.h"
 
 #include <algorithm>
 #include <array>
@@ -52,6 +53,7 @@ int runFiles(Arguments& arguments) {
     std::optional<std::string> csvPath;
     FileFilter filter;
     bool storedExclusions = true;
+    int threads = machineThreads();
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--load") {
@@ -69,6 +71,8 @@ int runFiles(Arguments& arguments) {
             filter.query = arguments.value(word);
         } else if (word == "--no-exclusions") {
             storedExclusions = false;
+        } else if (word == "--threads") {
+            threads = threadsOption(arguments, word);
         } else if (word == "--csv") {
             csvPath = arguments.value(word);
         } else if (word.starts_with("-") || folder) {
@@ -85,7 +89,7 @@ int runFiles(Arguments& arguments) {
         scan = loadArchivedScan(*archive);
     } else {
         const std::string root = folder.value_or(normalisedPath("."));
-        scan = scanOnTerminal(root, scanExclusions({}, storedExclusions));
+        scan = scanOnTerminal(root, scanExclusions({}, storedExclusions), threads);
         if (!scan) {
             return 1;
         }

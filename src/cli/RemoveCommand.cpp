@@ -87,7 +87,9 @@ int runRemove(Arguments& arguments) {
         if (!platform::pathExists(path)) {
             throw InputError("nothing at " + path);
         }
-        items.push_back(makePlanItem(path, measureFolder(path).bytes, Removal::trash));
+        // One folder at a time while the user waits: it may take every processor.
+        items.push_back(
+            makePlanItem(path, measureFolder(path, machineThreads()).bytes, Removal::trash));
     }
     const DeletionPlan plan = *makePlan(items, std::string(PlanTitles::deleteItems));
     printPlan(plan, permanent, includeReview);

@@ -7,6 +7,7 @@
 #include "platform/JsonCoding.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanTarget.h"
+#include "scanning/WalkThreads.h"
 #include "system/VolumeInfo.h"
 #include "trends/TrendStore.h"
 
@@ -48,6 +49,7 @@ int runScan(Arguments& arguments) {
     bool json = false;
     bool record = false;
     bool storedExclusions = true;
+    int threads = machineThreads();
     while (!arguments.done()) {
         const std::string word = arguments.take();
         if (word == "--home" || word == "--disk") {
@@ -65,6 +67,8 @@ int runScan(Arguments& arguments) {
             top = arguments.number(word, 0);
         } else if (word == "--json") {
             json = true;
+        } else if (word == "--threads") {
+            threads = threadsOption(arguments, word);
         } else if (word == "--record") {
             record = true;
         } else if (word.starts_with("-") && word != "-") {
@@ -80,7 +84,8 @@ int runScan(Arguments& arguments) {
         target = ScanTarget::folder(normalisedPath("."));
     }
     const std::string root = target->rootPath();
-    const auto result = scanOnTerminal(root, scanExclusions(std::move(excluded), storedExclusions));
+    const auto result =
+        scanOnTerminal(root, scanExclusions(std::move(excluded), storedExclusions), threads);
     if (!result) {
         return 1;
     }
@@ -92,6 +97,7 @@ int runScan(Arguments& arguments) {
         record ? std::optional(recordForTrends(*result)) : std::nullopt;
     if (json) {
         nlohmann::json report = scanReportJson(*result, static_cast<size_t>(top));
+        report["threads"] = threads;
         if (recording) {
             report["recorded"] = {
                 {"directory", platform::JsonCoding::escapedPath(recording->directory)},

@@ -35,15 +35,23 @@ std::set<std::string> scanExclusions(std::set<std::string> given, bool withStore
     return given;
 }
 
+int threadsOption(Arguments& arguments, const std::string& option) {
+    const int64_t threads = arguments.number(option, oneThread);
+    if (threads > mostWalkThreads) {
+        throw UsageError(option + " takes at most " + std::to_string(mostWalkThreads));
+    }
+    return static_cast<int>(threads);
+}
+
 std::optional<ScanResult> scanOnTerminal(const std::string& root,
-                                         const std::set<std::string>& excluded) {
+                                         const std::set<std::string>& excluded, int threads) {
     if (!platform::pathExists(root)) {
         throw InputError("no such folder: " + root);
     }
     if (!platform::isDirectory(root)) {
         throw InputError("not a folder: " + root);
     }
-    Scanner scanner;
+    Scanner scanner({.threads = threads});
     const bool live = platform::standardErrorIsTerminal();
     auto result =
         scanner.scan(root, excluded, live ? Scanner::ProgressCallback(showProgress) : nullptr);

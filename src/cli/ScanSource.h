@@ -10,15 +10,21 @@
 
 namespace dorvik::cli {
 
+class Arguments;
+
 // The folders a scan from the terminal leaves out: those given on the command line and, unless
 // `withStored` is false (--no-exclusions), those the user excluded in the application.
 std::set<std::string> scanExclusions(std::set<std::string> given, bool withStored);
 
-// Walks `root` (an absolute path), with one line of progress on standard error when it is a
-// terminal. An input error for a root that is missing or no folder; none, with the reason said on
-// standard error, when the walk failed or the root could not be read.
+// The value of --threads: a whole number from 1 to the most a walk takes; a usage error
+// otherwise.
+int threadsOption(Arguments& arguments, const std::string& option);
+
+// Walks `root` (an absolute path) on `threads` threads, with one line of progress on standard
+// error when it is a terminal. An input error for a root that is missing or no folder; none, with
+// the reason said on standard error, when the walk failed or the root could not be read.
 std::optional<ScanResult> scanOnTerminal(const std::string& root,
-                                         const std::set<std::string>& excluded);
+                                         const std::set<std::string>& excluded, int threads);
 
 // The scan kept in an archive; an input error when there is none to read.
 ScanResult loadArchivedScan(const std::string& path);

@@ -17,12 +17,12 @@ constexpr std::array commands = {
     Command{
         "scan",
         "scan [PATH | --home | --disk] [--exclude PATH]... [--no-exclusions] [--top N] [--json] "
-        "[--record] [--save FILE]",
+        "[--record] [--save FILE] [--threads N]",
         runScan},
     Command{"load", "load FILE [--top N] [--json]", runLoad},
     Command{"files",
             "files [PATH | --load FILE] [--min-size N] [--older-than DAYS] [--kind K]... "
-            "[--bucket B] [--query Q] [--no-exclusions] [--csv FILE]",
+            "[--bucket B] [--query Q] [--no-exclusions] [--csv FILE] [--threads N]",
             runFiles},
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
     Command{"verdict", "verdict [--json] PATH...", runVerdict},

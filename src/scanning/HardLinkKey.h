@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DirectoryWalk.h"
+#include "platform/WalkFolder.h"
 
 #include <cstdint>
 

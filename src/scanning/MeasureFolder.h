@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scanning/WalkThreads.h"
+
 #include <cstdint>
 #include <string>
 
@@ -12,6 +14,8 @@ struct FolderMeasure {
 
 // Measures a folder the way a scan would, without building a tree: one volume, links not
 // followed, no exclusions. A file path measures that file; {0, 0} when the walk cannot start.
-FolderMeasure measureFolder(const std::string& path);
+// Callers that measure many folders at once keep to one thread each; one that measures a single
+// folder while the user waits may give it the machine's.
+FolderMeasure measureFolder(const std::string& path, int threads = oneThread);
 
 } // namespace dorvik

@@ -1,279 +1,64 @@
 #include "scanning/Scanner.h"
 
 #include "base/PathNames.h"
-#include "platform/DirectoryWalk.h"
 #include "platform/HomeDirectory.h"
-#include "scanning/Classification.h"
-#include "scanning/HardLinkKey.h"
+#include "platform/WalkFolder.h"
+#include "scanning/HardLinkLedger.h"
+#include "scanning/ScanProgress.h"
+#include "scanning/ScanTally.h"
+#include "scanning/ScanWorker.h"
+#include "scanning/WalkPool.h"
 
-#include <array>
+#include <atomic>
 #include <chrono>
-#include <unordered_set>
+#include <deque>
 #include <vector>
 
 namespace dorvik {
 
 namespace {
 
-using platform::WalkEntry;
-using platform::WalkEntryType;
 using Clock = std::chrono::steady_clock;
 
-// Marks kept on walk entries: an entered directory is popped at its post-order visit; an
-// excluded one is not.
-constexpr long enteredMark = 1;
-constexpr long excludedMark = 2;
-
-// Totals kept in fixed arrays during the walk; a key exists only for what was met.
-template <typename Enum, size_t N> struct EnumTotals {
-    std::array<int64_t, N> values{};
-    std::array<bool, N> present{};
-
-    void add(Enum key, int64_t amount) {
-        const auto index = static_cast<size_t>(key);
-        values[index] += amount;
-        present[index] = true;
-    }
-
-    std::map<Enum, int64_t> toMap() const {
-        std::map<Enum, int64_t> result;
-        for (size_t i = 0; i < N; ++i) {
-            if (present[i]) {
-                result.emplace(static_cast<Enum>(i), values[i]);
+// Adds each folder's subfolders into its sums, the deepest first, and lists the file nodes in
+// the order a single walk meets them. The threads leave a folder's sums holding only what lies
+// in it directly: which of its subfolders another thread is still listing is theirs to know.
+std::vector<FileNodePtr> finishTree(FileNode& root) {
+    std::vector<FileNodePtr> files;
+    files.reserve(50000);
+    struct Visit {
+        FileNode* folder;
+        size_t next;
+    };
+    std::vector<Visit> path{{&root, 0}};
+    while (!path.empty()) {
+        Visit& top = path.back();
+        if (top.next < top.folder->children.size()) {
+            const FileNodePtr& child = top.folder->children[top.next++];
+            if (child->isDirectory) {
+                path.push_back({child.get(), 0});
+            } else {
+                files.push_back(child);
             }
+            continue;
         }
-        return result;
+        const FileNode& done = *top.folder;
+        path.pop_back();
+        if (!path.empty()) {
+            FileNode& parent = *path.back().folder;
+            parent.size += done.size;
+            parent.logicalSize += done.logicalSize;
+            parent.fileCount += done.fileCount;
+        }
     }
-};
-
-std::vector<std::string_view> pathComponents(std::string_view path) {
-    std::vector<std::string_view> components;
-    size_t start = 0;
-    while (start <= path.size()) {
-        size_t end = path.find('/', start);
-        if (end == std::string_view::npos) {
-            end = path.size();
-        }
-        if (end > start) {
-            components.push_back(path.substr(start, end - start));
-        }
-        start = end + 1;
-    }
-    return components;
+    return files;
 }
 
-class Walk {
-public:
-    Walk(platform::DirectoryWalk& walk, const std::set<std::string>& excludedPaths,
-         const Scanner::ProgressCallback& progress, double progressInterval)
-        : walk_(walk), excludedPaths_(excludedPaths), progress_(progress),
-          progressInterval_(progressInterval), home_(canonicalPath(platform::homeDirectory())),
-          homePieces_(pathPieces(home_)) {
-        files_.reserve(50000);
-    }
-
-    enum class Step { progress, nextEntry, cancelled };
-
-    Step handle(const WalkEntry& entry, const Scanner& scanner) {
-        switch (entry.type) {
-        case WalkEntryType::directoryPre:
-            if (scanner.isCancelled()) {
-                return Step::cancelled;
-            }
-            return enterDirectory(entry);
-        case WalkEntryType::directoryPost:
-            if (walk_.mark() != enteredMark) {
-                return Step::nextEntry;
-            }
-            leaveDirectory();
-            return Step::progress;
-        case WalkEntryType::file:
-        case WalkEntryType::otherFile:
-        case WalkEntryType::symlink:
-        case WalkEntryType::brokenSymlink:
-            return countFile(entry);
-        case WalkEntryType::unreadableDirectory:
-        case WalkEntryType::noStat:
-        case WalkEntryType::error:
-            countError(entry);
-            return Step::progress;
-        case WalkEntryType::other:
-            break;
-        }
-        return Step::progress;
-    }
-
-    void reportProgress(const WalkEntry& entry) {
-        if (fileCounter_ % Scanner::progressFileStride != 0) {
-            return;
-        }
-        const auto now = Clock::now();
-        if (std::chrono::duration<double>(now - lastReport_).count() <= progressInterval_) {
-            return;
-        }
-        lastReport_ = now;
-        if (progress_) {
-            progress_(fileCounter_, runningBytes_, canonicalPath(entry.path));
-        }
-    }
-
-    std::optional<ScanResult> finish(Clock::time_point started) {
-        if (root_ == nullptr) {
-            return std::nullopt;
-        }
-        ScanResult result;
-        result.root = std::move(root_);
-        result.files = std::move(files_);
-        result.bucketTotals = bucketTotals_.toMap();
-        result.kindTotals = kindTotals_.toMap();
-        result.kindCounts = kindCounts_.toMap();
-        result.totalFiles = fileCounter_;
-        result.totalDirectories = directoryCounter_;
-        result.unreadableDirectories = unreadableCounter_;
-        result.hardLinksSkipped = skippedLinks_;
-        result.duration = std::chrono::duration<double>(Clock::now() - started).count();
-        result.finishedAt =
-            std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
-                .count();
-        return result;
-    }
-
-private:
-    Step enterDirectory(const WalkEntry& entry) {
-        const std::string canonical = canonicalPath(entry.path);
-        if (root_ != nullptr && excludedPaths_.contains(canonical)) {
-            walk_.setMark(excludedMark);
-            walk_.skipCurrent();
-            return Step::nextEntry;
-        }
-        const std::string_view name = root_ == nullptr ? entry.path : entry.name;
-        const std::vector<std::string_view> components = pathComponents(canonical);
-        if (root_ == nullptr) {
-            rootDepth_ = components.size();
-        }
-        std::optional<StorageBucket> inherited;
-        if (!stack_.empty() && stack_.back()->bucket != StorageBucket::other) {
-            inherited = stack_.back()->bucket;
-        }
-        const StorageBucket bucket =
-            Classification::directoryBucket(
-                components, name, inherited,
-                {Classification::DiskLayout::linuxDesktop, rootDepth_, homePieces_})
-                .value_or(StorageBucket::other);
-        const bool isPackage =
-            name.find('.') != std::string_view::npos && Classification::isPackageName(name);
-
-        auto node = std::make_shared<FileNode>(std::string(name), true, isPackage,
-                                               Classification::directoryKindOfName(name), bucket);
-        node->size = entry.stat.blocks * 512;
-        node->modified = static_cast<double>(entry.stat.modified);
-        node->accessed = static_cast<double>(entry.stat.accessed);
-        if (!stack_.empty()) {
-            FileNode::adopt(stack_.back(), node);
-        }
-        if (root_ == nullptr) {
-            root_ = node;
-        }
-        walk_.setMark(enteredMark);
-        stack_.push_back(node);
-        ++directoryCounter_;
-        bucketTotals_.add(bucket, node->size);
-        return Step::progress;
-    }
-
-    // Pops the directory on top and adds what it holds to the one above it.
-    FileNodePtr leaveDirectory() {
-        FileNodePtr node = std::move(stack_.back());
-        stack_.pop_back();
-        if (!stack_.empty()) {
-            FileNode& parent = *stack_.back();
-            parent.size += node->size;
-            parent.logicalSize += node->logicalSize;
-            parent.fileCount += node->fileCount;
-        }
-        return node;
-    }
-
-    Step countFile(const WalkEntry& entry) {
-        if (stack_.empty()) {
-            return Step::nextEntry;
-        }
-        const platform::WalkStat& stat = entry.stat;
-        // A hard-linked file counts in full at the first path met; later paths count nothing.
-        if (entry.type == WalkEntryType::file && stat.links >= 2 &&
-            !seenLinks_.insert(hardLinkKey(stat)).second) {
-            ++skippedLinks_;
-            return Step::nextEntry;
-        }
-        FileNode& parent = *stack_.back();
-        const FileKind kind = Classification::fileKindOfName(entry.name.data(), entry.name.size());
-        const StorageBucket bucket = parent.bucket == StorageBucket::other
-                                         ? Classification::defaultBucket(kind)
-                                         : parent.bucket;
-        const int64_t allocated = stat.blocks * 512;
-        parent.size += allocated;
-        parent.logicalSize += stat.size;
-        parent.fileCount += 1;
-        ++fileCounter_;
-        bucketTotals_.add(bucket, allocated);
-        kindTotals_.add(kind, allocated);
-        kindCounts_.add(kind, 1);
-        if (allocated < largeFileThreshold) {
-            parent.smallFilesSize += allocated;
-            parent.smallFilesCount += 1;
-        } else {
-            auto node =
-                std::make_shared<FileNode>(std::string(entry.name), false, false, kind, bucket);
-            node->size = allocated;
-            node->logicalSize = stat.size;
-            node->fileCount = 1;
-            node->modified = static_cast<double>(stat.modified);
-            node->accessed = static_cast<double>(stat.accessed);
-            FileNode::adopt(stack_.back(), node);
-            files_.push_back(std::move(node));
-        }
-        runningBytes_ += allocated;
-        return Step::progress;
-    }
-
-    void countError(const WalkEntry& entry) {
-        ++unreadableCounter_;
-        if (walk_.mark() == enteredMark && !stack_.empty()) {
-            // Entered, then its listing failed: it keeps its own blocks and shows as unreadable.
-            leaveDirectory()->unreadable = true;
-        } else if (entry.type == WalkEntryType::unreadableDirectory && !stack_.empty()) {
-            const FileNodePtr& parent = stack_.back();
-            auto placeholder = std::make_shared<FileNode>(std::string(entry.name), true, false,
-                                                          FileKind::other, parent->bucket);
-            placeholder->unreadable = true;
-            FileNode::adopt(parent, placeholder);
-        }
-    }
-
-    platform::DirectoryWalk& walk_;
-    const std::set<std::string>& excludedPaths_;
-    const Scanner::ProgressCallback& progress_;
-    const double progressInterval_;
-
-    FileNodePtr root_;
-    size_t rootDepth_ = 0; // components of the root's canonical path
-    const std::string home_;
-    const std::vector<std::string_view> homePieces_; // into home_
-    std::vector<FileNodePtr> stack_;
-    std::vector<FileNodePtr> files_;
-    EnumTotals<StorageBucket, allStorageBuckets.size()> bucketTotals_;
-    EnumTotals<FileKind, allFileKinds.size()> kindTotals_;
-    EnumTotals<FileKind, allFileKinds.size()> kindCounts_;
-    std::unordered_set<uint64_t> seenLinks_;
-    int64_t fileCounter_ = 0;
-    int64_t directoryCounter_ = 0;
-    int64_t unreadableCounter_ = 0;
-    int64_t skippedLinks_ = 0;
-    int64_t runningBytes_ = 0;
-    Clock::time_point lastReport_ = Clock::now();
-};
-
 } // namespace
+
+Scanner::Scanner(ScanOptions options)
+    : threads_(options.threads < oneThread ? oneThread : options.threads),
+      progressInterval_(options.progressInterval) {}
 
 void Scanner::cancel() {
     std::lock_guard guard(lock_);
@@ -289,26 +74,70 @@ std::optional<ScanResult> Scanner::scan(const std::string& rootPath,
                                         const std::set<std::string>& excludedPaths,
                                         const ProgressCallback& progress) {
     const auto started = Clock::now();
-    platform::DirectoryWalk walk(rootPath);
-    if (!walk.isOpen()) {
+    const platform::WalkStat status = platform::walkStatus(rootPath);
+    if (status.type != platform::EntryType::folder || isCancelled()) {
         return std::nullopt;
     }
-    Walk state(walk, excludedPaths, progress, progressInterval_);
-    while (const WalkEntry* entry = walk.next()) {
-        switch (state.handle(*entry, *this)) {
-        case Walk::Step::cancelled:
-            return std::nullopt;
-        case Walk::Step::nextEntry:
-            break;
-        case Walk::Step::progress:
-            state.reportProgress(*entry);
-            break;
-        }
+    // Outlives the workers' listings and the pool's jobs, which may hold folders open.
+    platform::OpenFolderBudget openFolders;
+    ScanProgress board(threads_, progress, progressInterval_, progressFileStride);
+    const std::string canonicalRoot = canonicalPath(rootPath);
+    const std::string home = canonicalPath(platform::homeDirectory());
+    const std::vector<std::string_view> homePieces = pathPieces(home);
+    const Classification::ScanContext context{Classification::DiskLayout::linuxDesktop,
+                                              pathPieces(canonicalRoot).size(), homePieces};
+    std::deque<ScanWorker> workers;
+    for (int thread = 0; thread < threads_; ++thread) {
+        workers.emplace_back(thread, excludedPaths, context, openFolders, board);
     }
-    std::optional<ScanResult> result = state.finish(started);
-    if (result.has_value()) {
-        result->rootPath = rootPath;
+
+    const FileNodePtr root = makeFolderNode(rootPath, canonicalRoot, std::nullopt, status, context);
+    workers[0].tally().countFolder(*root);
+    workers[0].afterEntry(rootPath, {});
+
+    // A job sees the cancellation at the folder it is about to list.
+    std::atomic<bool> cancelled = false;
+    std::vector<std::vector<FolderJob>> found(static_cast<size_t>(threads_));
+    WalkPool<FolderJob> pool(threads_);
+    pool.run(
+        FolderJob{root, platform::WalkFolder(rootPath, status), {}},
+        [&](int thread, FolderJob& job) {
+            if (isCancelled()) {
+                cancelled = true;
+                pool.stop();
+                return;
+            }
+            std::vector<FolderJob>& subfolders = found[static_cast<size_t>(thread)];
+            workers[static_cast<size_t>(thread)].scanFolder(job, subfolders);
+            pool.add(thread, subfolders);
+        },
+        [&] { board.whileWaiting(); }, progressInterval_);
+    if (cancelled) {
+        return std::nullopt;
     }
+
+    ScanTally tally;
+    HardLinkLedger hardLinks;
+    for (ScanWorker& worker : workers) {
+        tally.add(worker.tally());
+        hardLinks.take(std::move(worker.hardLinks()));
+    }
+    hardLinks.settle(tally);
+
+    ScanResult result;
+    result.root = root;
+    result.rootPath = rootPath;
+    result.files = finishTree(*root);
+    result.bucketTotals = tally.bucketTotals.toMap();
+    result.kindTotals = tally.kindTotals.toMap();
+    result.kindCounts = tally.kindCounts.toMap();
+    result.totalFiles = tally.files;
+    result.totalDirectories = tally.directories;
+    result.unreadableDirectories = tally.unreadable;
+    result.hardLinksSkipped = tally.skippedLinks;
+    result.duration = std::chrono::duration<double>(Clock::now() - started).count();
+    result.finishedAt =
+        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
     return result;
 }
 

@@ -17,26 +17,31 @@
 namespace dorvik {
 namespace {
 
+// Hard links join files across the whole tree, so the threads of a parallel scan meet the paths
+// of one file in any order.
 TEST(AgreesWithDu, SizeAndFileCountOfAGeneratedTree) {
     test::TempDir dir;
     const auto made = bench::generateTree(dir.path(), 6000, 7);
     ASSERT_GT(made.hardLinks, 50);
     ASSERT_GT(made.symlinks, 50);
-
-    Scanner scanner;
-    const auto scan = scanner.scan(dir.path(), {}, nullptr);
-    ASSERT_TRUE(scan);
     const int64_t du = std::stoll(test::commandOutput("du -sxB1 '" + dir.path() + "' | cut -f1"));
     const int64_t nonDirectories =
         std::stoll(test::commandOutput("find '" + dir.path() + "' -xdev ! -type d | wc -l"));
-    EXPECT_EQ(scan->root->size, du);
-    EXPECT_EQ(scan->totalFiles + scan->hardLinksSkipped, nonDirectories);
-    EXPECT_EQ(scan->hardLinksSkipped, made.hardLinks);
-    EXPECT_EQ(scan->totalDirectories, made.folders + 1);
 
-    const FolderMeasure measure = measureFolder(dir.path());
-    EXPECT_EQ(measure.bytes, du);
-    EXPECT_EQ(measure.fileCount, scan->totalFiles);
+    for (const int threads : {oneThread, 2, 4, machineThreads()}) {
+        SCOPED_TRACE(std::to_string(threads) + " threads");
+        Scanner scanner({.threads = threads});
+        const auto scan = scanner.scan(dir.path(), {}, nullptr);
+        ASSERT_TRUE(scan);
+        EXPECT_EQ(scan->root->size, du);
+        EXPECT_EQ(scan->totalFiles + scan->hardLinksSkipped, nonDirectories);
+        EXPECT_EQ(scan->hardLinksSkipped, made.hardLinks);
+        EXPECT_EQ(scan->totalDirectories, made.folders + 1);
+
+        const FolderMeasure measure = measureFolder(dir.path(), threads);
+        EXPECT_EQ(measure.bytes, du);
+        EXPECT_EQ(measure.fileCount, scan->totalFiles);
+    }
 }
 
 // A chain of `levels` folders below `root`, far past what a path of PATH_MAX bytes can name,
@@ -94,24 +99,27 @@ TEST(AgreesWithDu, ATreeDeeperThanAPathCanNameWithFewDescriptors) {
     const int64_t nonDirectories =
         std::stoll(test::commandOutput("find '" + dir.path() + "' -xdev ! -type d | wc -l"));
 
-    rlimit saved{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &saved), 0);
-    rlimit few = saved;
-    few.rlim_cur = static_cast<rlim_t>(openDescriptors() + 40);
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
-    Scanner scanner;
-    const auto scan = scanner.scan(dir.path(), {}, nullptr);
-    const FolderMeasure measure = measureFolder(dir.path());
-    setrlimit(RLIMIT_NOFILE, &saved);
+    for (const int threads : {oneThread, 4}) {
+        SCOPED_TRACE(std::to_string(threads) + " threads");
+        rlimit saved{};
+        ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &saved), 0);
+        rlimit few = saved;
+        few.rlim_cur = static_cast<rlim_t>(openDescriptors() + 40);
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+        Scanner scanner({.threads = threads});
+        const auto scan = scanner.scan(dir.path(), {}, nullptr);
+        const FolderMeasure measure = measureFolder(dir.path(), threads);
+        setrlimit(RLIMIT_NOFILE, &saved);
 
-    ASSERT_TRUE(scan);
-    EXPECT_EQ(scan->unreadableDirectories, 0);
-    EXPECT_EQ(scan->root->size, du);
-    EXPECT_EQ(scan->totalFiles, nonDirectories);
-    EXPECT_EQ(scan->totalDirectories, 2 * levels + 1);
-    EXPECT_EQ(scan->files.size(), static_cast<size_t>(levels / 500));
-    EXPECT_EQ(measure.bytes, du);
-    EXPECT_EQ(measure.fileCount, nonDirectories);
+        ASSERT_TRUE(scan);
+        EXPECT_EQ(scan->unreadableDirectories, 0);
+        EXPECT_EQ(scan->root->size, du);
+        EXPECT_EQ(scan->totalFiles, nonDirectories);
+        EXPECT_EQ(scan->totalDirectories, 2 * levels + 1);
+        EXPECT_EQ(scan->files.size(), static_cast<size_t>(levels / 500));
+        EXPECT_EQ(measure.bytes, du);
+        EXPECT_EQ(measure.fileCount, nonDirectories);
+    }
     // The standard library's removal names each entry by its whole path; rm does not.
     test::commandOutput("rm -rf '" + dir.path() + "'/*");
 }

@@ -1,3 +1,4 @@
+#include "SameScan.h"
 #include "scanning/MarkRemoved.h"
 #include "scanning/ScanArchive.h"
 #include "scanning/Scanner.h"
@@ -118,42 +119,6 @@ TEST(ScanArchive, ByteLayoutOfASmallTree) {
     EXPECT_EQ(ScanArchive::encodePayload(scan, ScanTarget::folder("/some/target")), e.bytes);
 }
 
-void expectSameTree(const FileNode& a, const FileNode& b) {
-    EXPECT_EQ(a.name, b.name);
-    EXPECT_EQ(a.isDirectory, b.isDirectory);
-    EXPECT_EQ(a.isPackage, b.isPackage);
-    EXPECT_EQ(a.kind, b.kind);
-    EXPECT_EQ(a.bucket, b.bucket);
-    EXPECT_EQ(a.size, b.size);
-    EXPECT_EQ(a.logicalSize, b.logicalSize);
-    EXPECT_EQ(a.fileCount, b.fileCount);
-    EXPECT_EQ(a.modified, b.modified);
-    EXPECT_EQ(a.accessed, b.accessed);
-    EXPECT_EQ(a.smallFilesSize, b.smallFilesSize);
-    EXPECT_EQ(a.smallFilesCount, b.smallFilesCount);
-    EXPECT_EQ(a.unreadable, b.unreadable);
-    EXPECT_FALSE(b.deleted);
-    ASSERT_EQ(a.children.size(), b.children.size()) << a.name;
-    for (size_t i = 0; i < a.children.size(); ++i) {
-        EXPECT_EQ(b.children[i]->parent.lock().get(), &b);
-        expectSameTree(*a.children[i], *b.children[i]);
-    }
-}
-
-void expectSameScan(const ScanResult& a, const ScanResult& b) {
-    EXPECT_EQ(a.rootPath, b.rootPath);
-    EXPECT_EQ(a.bucketTotals, b.bucketTotals);
-    EXPECT_EQ(a.kindTotals, b.kindTotals);
-    EXPECT_EQ(a.kindCounts, b.kindCounts);
-    EXPECT_EQ(a.totalFiles, b.totalFiles);
-    EXPECT_EQ(a.totalDirectories, b.totalDirectories);
-    EXPECT_EQ(a.unreadableDirectories, b.unreadableDirectories);
-    EXPECT_EQ(a.hardLinksSkipped, b.hardLinksSkipped);
-    EXPECT_EQ(a.duration, b.duration);
-    EXPECT_EQ(a.finishedAt, b.finishedAt);
-    expectSameTree(*a.root, *b.root);
-}
-
 TEST(ScanArchive, RoundTripOfARealScanThroughTheFile) {
     test::TempDir dir;
     test::writeFile(dir / "tree/Movies/a.mov", 3 << 20);
@@ -174,7 +139,7 @@ TEST(ScanArchive, RoundTripOfARealScanThroughTheFile) {
         const auto archived = ScanArchive::read(path);
         ASSERT_TRUE(archived);
         EXPECT_EQ(archived->target, target);
-        expectSameScan(*scan, archived->scan);
+        test::expectSameScan(*scan, archived->scan);
         // Files come back in stream order, which is depth-first.
         std::vector<std::string> files;
         for (const auto& file : archived->scan.files) {

@@ -1,3 +1,4 @@
+#include "SameScan.h"
 #include "scanning/MeasureFolder.h"
 #include "scanning/Scanner.h"
 #include "support/Environment.h"
@@ -17,13 +18,17 @@ namespace {
 
 using test::TempDir;
 
+// The scan on four threads, after checking that it is the same as on one.
 ScanResult scanOrFail(const std::string& root, const std::set<std::string>& excluded = {}) {
-    Scanner scanner;
-    auto result = scanner.scan(root, excluded, nullptr);
-    if (!result) {
+    auto single = Scanner({.threads = oneThread}).scan(root, excluded, nullptr);
+    auto result = Scanner({.threads = 4}).scan(root, excluded, nullptr);
+    if (!single || !result) {
         ADD_FAILURE() << "no result for " << root;
         return {};
     }
+    single->duration = result->duration;
+    single->finishedAt = result->finishedAt;
+    test::expectSameScan(*single, *result);
     return *result;
 }
 
@@ -303,7 +308,7 @@ TEST(Scanner, ProgressReportsCanonicalPathsEveryThousandFiles) {
         test::writeFile(dir / ("many/f" + std::to_string(i)), 0);
     }
     std::vector<std::pair<int64_t, std::string>> reported;
-    Scanner scanner(0.0);
+    Scanner scanner({.threads = oneThread, .progressInterval = 0});
     const auto scan =
         scanner.scan(dir.path(), {}, [&](int64_t files, int64_t, const std::string& path) {
             reported.emplace_back(files, path);
@@ -328,7 +333,7 @@ TEST(Scanner, CancellationTakesEffectAtTheNextFolder) {
     for (int i = 0; i < 2100; ++i) {
         test::writeFile(dir / ("b/f" + std::to_string(i)), 0);
     }
-    Scanner scanner(0.0);
+    Scanner scanner({.threads = oneThread, .progressInterval = 0});
     std::vector<int64_t> reported;
     const auto scan = scanner.scan(dir.path(), {}, [&](int64_t files, int64_t, const std::string&) {
         reported.push_back(files);
