@@ -228,6 +228,41 @@ TEST_F(QuickCleanTest, TheEngineStillRefusesWhatIsProtected) {
     EXPECT_FALSE(test::entryExists(home + "/Library/Caches/com.example.app"));
 }
 
+TEST_F(QuickCleanTest, TheJunkFollowsTheLastLoadAndEveryRemoval) {
+    test::writeFile(home + "/.cargo/registry/cache/index/serde.crate", 30000);
+    makeState({10ms, 10ms});
+    JunkState& junk = state->junk();
+    int answered = 0;
+    int stored = 0;
+    QObject::connect(&junk, &JunkState::findingsChanged, [&] { ++stored; });
+    junk.load([&] { ++answered; });
+    test::writeFile(home + "/Library/Caches/com.example.late", 70000);
+    junk.load([&] { ++answered; });
+    ASSERT_TRUE(waitUntil([&] { return !junk.isLoading(); }));
+    settle();
+    // Both callers hear once, from the load that started last, which saw the late cache.
+    EXPECT_EQ(answered, 2);
+    EXPECT_EQ(stored, 1); // the superseded load's findings were dropped
+    ASSERT_GT(foundSize("user-caches"), 0);
+    const auto cacheFinding = std::ranges::find(
+        junk.findings(), "user-caches", [](const JunkFinding& finding) { return finding.rule.id; });
+    EXPECT_EQ(cacheFinding->items.size(), 2u);
+
+    // What a removal takes away leaves the findings without a new search: an item that went
+    // itself or with a folder above it, and a finding left with no items.
+    ASSERT_GT(foundSize("cargo-cache"), 0);
+    state->removal().performDeletion(
+        {makeDeletionRequest(home + "/Library/Caches/com.example.app", 300000, Removal::permanent),
+         makeDeletionRequest(home + "/Library/Caches/com.example.late", 70000, Removal::permanent),
+         makeDeletionRequest(home + "/.cargo/registry", 30000, Removal::permanent)},
+        true);
+    ASSERT_TRUE(waitUntil([&] { return foundSize("cargo-cache") == 0; }));
+    EXPECT_FALSE(junk.isLoading());
+    EXPECT_EQ(foundSize("user-caches"), 0);
+    EXPECT_GT(foundSize("user-logs"), 0);
+    EXPECT_GT(foundSize("trash"), 0);
+}
+
 // dorvik-cli clean takes what a first run of Quick Clean would: the titles it lists are those of
 // the findings the application's start selection ticks.
 TEST_F(QuickCleanTest, TheCliCleansWhatAFirstRunWouldTick) {

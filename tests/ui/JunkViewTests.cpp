@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QSettings>
 #include <QTest>
@@ -127,6 +128,15 @@ TEST_F(JunkViewTest, TheFirstLoadSelectsEverythingAndARuleIsTickedWhenAllItsItem
         EXPECT_EQ(page->selected().contains(cacheA), step.firstTicked);
         EXPECT_EQ(page->selected().contains(cacheB), step.secondTicked);
     }
+
+    // Each item offers to show itself in the file manager.
+    QWidget* itemRow = first->parentWidget();
+    emit itemRow->customContextMenuRequested(QPoint(4, 4));
+    const auto* menu = itemRow->findChild<QMenu*>();
+    ASSERT_NE(menu, nullptr);
+    ASSERT_FALSE(menu->actions().isEmpty());
+    EXPECT_EQ(menu->actions().front()->text(), "Show in Finder");
+    EXPECT_EQ(itemRow->toolTip(), "~/Library/Caches/com.example.a");
 
     QTest::mouseClick(caches->expandButton(), Qt::LeftButton);
     EXPECT_EQ(caches->expandButton()->text(), "Expand");
