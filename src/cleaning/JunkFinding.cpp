@@ -1,5 +1,7 @@
 #include "cleaning/JunkFinding.h"
 
+#include <algorithm>
+
 namespace dorvik {
 
 int64_t totalSize(const JunkFinding& finding) {
@@ -8,6 +10,13 @@ int64_t totalSize(const JunkFinding& finding) {
         total += item.size;
     }
     return total;
+}
+
+std::vector<JunkFinding> sortedByGroup(std::vector<JunkFinding> findings) {
+    std::ranges::stable_sort(findings, [](const JunkFinding& a, const JunkFinding& b) {
+        return a.rule.group < b.rule.group;
+    });
+    return findings;
 }
 
 } // namespace dorvik

@@ -4,6 +4,7 @@
 
 #include "catalogue/JunkRule.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -31,5 +32,11 @@ struct JunkFinding {
 
 // The bytes of all the finding's items.
 int64_t totalSize(const JunkFinding& finding);
+
+// The findings in the order of their rules' groups; within a group, in the order given.
+std::vector<JunkFinding> sortedByGroup(std::vector<JunkFinding> findings);
+
+// How many items of one rule a listing shows before it says how many more there are.
+inline constexpr size_t shownItemsPerRule = 300;
 
 } // namespace dorvik

@@ -16,17 +16,6 @@ namespace dorvik::cli {
 
 namespace {
 
-// As on the Junk page: a rule lists this many of its items, then how many more there are.
-constexpr size_t shownItemsPerRule = 300;
-
-// The findings by group, in the order of the groups; within a group in the finder's order.
-std::vector<JunkFinding> groupedFindings(std::vector<JunkFinding> findings) {
-    std::ranges::stable_sort(findings, [](const JunkFinding& a, const JunkFinding& b) {
-        return a.rule.group < b.rule.group;
-    });
-    return findings;
-}
-
 void printText(const std::vector<JunkFinding>& findings) {
     if (findings.empty()) {
         std::cout << "No junk found.\n";
@@ -90,7 +79,7 @@ nlohmann::json findingsJson(const std::vector<JunkFinding>& findings) {
 
 int runJunk(Arguments& arguments) {
     const bool json = takeJsonOption(arguments);
-    const std::vector<JunkFinding> findings = groupedFindings(findJunk());
+    const std::vector<JunkFinding> findings = sortedByGroup(findJunk());
     if (json) {
         printJson(std::cout, findingsJson(findings));
     } else {

@@ -24,7 +24,8 @@ double now() {
 } // namespace
 
 AppState::AppState(AppStateOptions options, QObject* parent)
-    : QObject(parent), options_(std::move(options)), removal_(*this),
+    : QObject(parent), options_(std::move(options)), removal_(*this), junk_(removal_),
+      quickClean_(*this, junk_, options_.quickCleanPacing),
       relay_(std::make_shared<MainThreadRelay<AppState>>(this)),
       storeWatcher_(trends_.directory()) {
     if (!options_.accessProbe) {

@@ -8,7 +8,9 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/JunkState.h"
 #include "state/MainThreadRelay.h"
+#include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
 #include "state/SettingsState.h"
 #include "state/StoreWatcher.h"
@@ -36,6 +38,8 @@ struct AppStateOptions {
     std::function<bool()> accessProbe;
     // The quiet time after the last removal before the archive is rewritten.
     std::chrono::milliseconds archiveDelay{3000};
+    // The least time Quick Clean's working stages stay on screen.
+    QuickCleanPacing quickCleanPacing;
 };
 
 class AppState : public QObject {
@@ -70,6 +74,11 @@ public:
     RemovalState& removal() { return removal_; }
     const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
+    // The junk the finder last found, and Quick Clean's run over it.
+    JunkState& junk() { return junk_; }
+    const JunkState& junk() const { return junk_; }
+    QuickCleanState& quickClean() { return quickClean_; }
+    const QuickCleanState& quickClean() const { return quickClean_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -130,6 +139,8 @@ private:
     AppStateOptions options_;
     SettingsState settings_;
     RemovalState removal_;
+    JunkState junk_;
+    QuickCleanState quickClean_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
     StoreWatcher storeWatcher_;

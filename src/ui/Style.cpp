@@ -221,8 +221,11 @@ QString styleSheet(const QPalette& palette) {
                  "QHeaderView::section { background: %1; color: %2; border: none;"
                  " border-bottom: 1px solid %3; padding: 5px 16px 5px 3px; font-weight: 600; }\n")
                  .arg(css(base), css(secondaryText(palette)), css(separator(palette)));
+    sheet += QStringLiteral("QFrame[separator=\"true\"] { background: %1; border: none; }\n")
+                 .arg(css(separator(palette)));
     sheet += QStringLiteral("QSplitter::handle { background: %1; }\n").arg(css(separator(palette)));
-    sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget > QWidget { background: %1; }\n")
+    sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget#qt_scrollarea_viewport > QWidget "
+                            "{ background: %1; }\n")
                  .arg(css(base));
     return sheet;
 }

@@ -3,7 +3,9 @@
 #include "ui/pages/PendingPage.h"
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
+#include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/quickclean/QuickCleanView.h"
 #include "ui/pages/types/TypesView.h"
 
 #include <map>
@@ -15,7 +17,6 @@ namespace {
 // The headers of the pages still to come, and what their scan prompts say.
 const std::map<AppSection, PendingPageTexts>& pendingPages() {
     static const std::map<AppSection, PendingPageTexts> pages = {
-        {AppSection::smartClean, {"Quick Clean", "", nullptr, nullptr}},
         {AppSection::overview,
          {"Overview", "", "What’s taking up your disk?",
           "Dorvik measures your whole disk (real size on APFS, without counting hard links "
@@ -48,8 +49,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Background agents and daemons that start with your Mac. Removing one stops it from "
           "launching; the app itself stays installed.",
           nullptr, nullptr}},
-        {AppSection::junk,
-         {"Junk", "Everything Quick Clean checks, item by item.", nullptr, nullptr}},
         {AppSection::developer,
          {"Developer",
           "Dependencies and build artifacts that can be regenerated: node_modules, virtual "
@@ -72,6 +71,10 @@ QWidget* makePage(AppSection section, AppState& state) {
     switch (section) {
     case AppSection::history:
         return new HistoryView(state);
+    case AppSection::junk:
+        return new JunkView(state);
+    case AppSection::smartClean:
+        return new QuickCleanView(state);
     case AppSection::explorer:
         return new ExplorerView(state);
     case AppSection::large:

@@ -18,7 +18,8 @@ CentredColumn::CentredColumn(QWidget* page, int width) : content_(new QVBoxLayou
 }
 
 bool CentredColumn::event(QEvent* event) {
-    if (event->type() == QEvent::LayoutRequest) {
+    // A line that came or went while the column was hidden asked nothing then: measure on show.
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
         setFixedHeight(content_->hasHeightForWidth() ? content_->heightForWidth(width())
                                                      : content_->sizeHint().height());
     }

@@ -1,0 +1,32 @@
+#pragma once
+
+// A ring that shows a share as an arc from the top, clockwise, in the accent colour, with a
+// symbol in its centre.
+
+#include <QWidget>
+
+#include <string>
+#include <string_view>
+
+namespace dorvik {
+
+class UsageRing : public QWidget {
+public:
+    UsageRing(int diameter, std::string_view symbol, QWidget* parent = nullptr);
+
+    // From 0 to 1; anything outside is held to the ends.
+    void setShare(double share);
+    double share() const { return share_; }
+
+    QSize sizeHint() const override { return {diameter_, diameter_}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    int diameter_;
+    std::string symbol_;
+    double share_ = 0;
+};
+
+} // namespace dorvik
