@@ -20,6 +20,8 @@ using test::TempDir;
 
 // The scan on four threads, after checking that it is the same as on one.
 ScanResult scanOrFail(const std::string& root, const std::set<std::string>& excluded = {}) {
+    // Listing a folder for the first time may move its access time on; after that it stays.
+    Scanner({.threads = oneThread}).scan(root, excluded, nullptr);
     auto single = Scanner({.threads = oneThread}).scan(root, excluded, nullptr);
     auto result = Scanner({.threads = 4}).scan(root, excluded, nullptr);
     if (!single || !result) {
