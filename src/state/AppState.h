@@ -12,6 +12,7 @@
 #include "state/RemovalState.h"
 #include "state/SettingsState.h"
 #include "state/StoreWatcher.h"
+#include "state/SystemDataState.h"
 #include "system/VolumeInfo.h"
 #include "trends/ScanSnapshot.h"
 #include "trends/TrendStore.h"
@@ -70,6 +71,8 @@ public:
     RemovalState& removal() { return removal_; }
     const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
+    // The parts of what the system keeps for itself, and the local snapshots.
+    SystemDataState& systemData() { return systemData_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -148,6 +151,7 @@ private:
     bool hasFullDiskAccess_ = false;
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
+    SystemDataState systemData_{*this};
 };
 
 } // namespace dorvik
