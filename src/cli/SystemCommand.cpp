@@ -30,14 +30,6 @@ struct SystemReport {
     }
 };
 
-std::string snapshotTitle(const LocalSnapshot& snapshot) {
-    const std::string date = snapshot.date ? TextForms::abbreviatedDateTime(*snapshot.date) : "";
-    if (snapshot.keeper == SnapshotKeeper::snapper) {
-        return "#" + snapshot.name + (date.empty() ? "" : "  " + date);
-    }
-    return date.empty() ? snapshot.name : date;
-}
-
 void printText(const SystemReport& report) {
     std::cout << "Measured here: " << TextForms::size(report.measured()) << "\n";
     for (const SystemDataPart& part : report.parts) {

@@ -1,6 +1,7 @@
 #include "system/LocalSnapshots.h"
 
 #include "base/LocalTime.h"
+#include "base/TextForms.h"
 #include "platform/Privileged.h"
 
 #include <algorithm>
@@ -104,6 +105,14 @@ std::string_view keeperTool(SnapshotKeeper keeper, const SnapshotTools& tools) {
 }
 
 } // namespace
+
+std::string snapshotTitle(const LocalSnapshot& snapshot) {
+    const std::string date = snapshot.date ? TextForms::abbreviatedDateTime(*snapshot.date) : "";
+    if (snapshot.keeper == SnapshotKeeper::snapper) {
+        return "Snapshot " + snapshot.name + (date.empty() ? "" : ", " + date);
+    }
+    return date.empty() ? snapshot.name : date;
+}
 
 void sortNewestFirst(std::vector<LocalSnapshot>& snapshots) {
     std::ranges::stable_sort(snapshots, [](const LocalSnapshot& a, const LocalSnapshot& b) {

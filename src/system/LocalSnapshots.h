@@ -25,6 +25,10 @@ struct LocalSnapshot {
     bool operator==(const LocalSnapshot&) const = default;
 };
 
+// How a snapshot is named on the page: its date and time, else its name; snapper's numbered
+// ones as "Snapshot 5, " and the date.
+std::string snapshotTitle(const LocalSnapshot& snapshot);
+
 // Where the tools lie; tests point them at programs of their own.
 struct SnapshotTools {
     std::string tmutil = "/usr/bin/tmutil";

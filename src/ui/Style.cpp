@@ -146,6 +146,11 @@ void setProminent(QAbstractButton* button, bool prominent) {
     }
 }
 
+void setDestructive(QAbstractButton* button) {
+    button->setProperty("destructive", true);
+    repolish(button);
+}
+
 void makeCard(QWidget* widget) {
     widget->setProperty("card", true);
     widget->setAttribute(Qt::WA_StyledBackground, true);
@@ -197,6 +202,8 @@ QString styleSheet(const QPalette& palette) {
     sheet += QStringLiteral("QPushButton[prominent=\"true\"]:disabled {"
                             " background: %1; border-color: %1; color: %2; }\n")
                  .arg(css(faded(accentColour, 0.35)), css(base));
+    sheet += QStringLiteral("QPushButton[destructive=\"true\"] { color: %1; }\n")
+                 .arg(css(danger(palette)));
     // Buttons joined side by side, as one control.
     sheet +=
         QStringLiteral("QPushButton[segment=\"first\"] { border-top-right-radius: 0;"

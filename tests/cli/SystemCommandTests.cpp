@@ -71,7 +71,7 @@ TEST(SystemCommand, ListsThePlacesThatExistWithDuSizesAdviceAndSnapshots) {
     const test::CliRun text = cli("system --root " + shellQuoted(root.path()));
     ASSERT_EQ(text.status, 0);
     EXPECT_NE(text.out.find("System journal"), std::string::npos);
-    EXPECT_NE(text.out.find(Wording::shown("Time Machine local snapshots") + "\n  #5  "),
+    EXPECT_NE(text.out.find(Wording::shown("Time Machine local snapshots") + "\n  Snapshot 5, "),
               std::string::npos)
         << text.out;
 }

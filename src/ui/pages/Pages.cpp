@@ -4,6 +4,7 @@
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/system/SystemDataView.h"
 #include "ui/pages/types/TypesView.h"
 
 #include <map>
@@ -24,11 +25,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
          {"Trends",
           "When your disk would fill up at the current pace, and what grew since an earlier "
           "scan.",
-          nullptr, nullptr}},
-        {AppSection::systemData,
-         {"System Data",
-          "What macOS lumps together as “System Data” in Storage settings, explained piece by "
-          "piece.",
           nullptr, nullptr}},
         {AppSection::cloud,
          {"iCloud Drive",
@@ -78,6 +74,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new LargeFilesView(state);
     case AppSection::types:
         return new TypesView(state);
+    case AppSection::systemData:
+        return new SystemDataView(state);
     default:
         break;
     }
