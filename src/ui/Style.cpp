@@ -231,6 +231,18 @@ QString styleSheet(const QPalette& palette) {
     sheet += QStringLiteral("QSplitter::handle { background: %1; }\n").arg(css(separator(palette)));
     sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget > QWidget { background: %1; }\n")
                  .arg(css(base));
+    // A page that scrolls as a whole: a thin bar with a rounded handle, no arrows.
+    sheet +=
+        QStringLiteral("QScrollArea[page=\"true\"] QScrollBar:vertical { background: transparent;"
+                       " width: 10px; margin: 0; border: none; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::handle:vertical { background: %1;"
+                       " border-radius: 3px; min-height: 32px; margin: 2px; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::add-line:vertical,"
+                       " QScrollArea[page=\"true\"] QScrollBar::sub-line:vertical { height: 0; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::add-page:vertical,"
+                       " QScrollArea[page=\"true\"] QScrollBar::sub-page:vertical {"
+                       " background: transparent; }\n")
+            .arg(css(faded(secondaryText(palette), 0.5)));
     return sheet;
 }
 
