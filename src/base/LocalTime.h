@@ -17,4 +17,8 @@ struct LocalDate {
 // None for a moment the calendar cannot place (not finite, or beyond what time_t holds).
 std::optional<LocalDate> localDate(double secondsSince1970);
 
+// The moment the calendar of the user's time zone shows as the given date and time; none when
+// a field is out of its range (a 31st of April, a 25th hour) or the moment cannot be placed.
+std::optional<double> momentOfLocalDate(const LocalDate& date, int second);
+
 } // namespace dorvik

@@ -31,6 +31,7 @@ constexpr std::array commands = {
     Command{"clean", "clean [--rule ID]... [--dry-run] [--yes]", runClean},
     Command{"history", "history [--json]", runHistory},
     Command{"undo", "undo [--last | ID...]", runUndo},
+    Command{"system", "system [--root PATH] [--json]", runSystem},
 };
 
 void printUsage(std::ostream& out) {

@@ -30,10 +30,6 @@ std::optional<double> finiteNumber(const json* value) {
     return value->get<double>();
 }
 
-namespace {
-
-// The length of the valid UTF-8 sequence at the start of `bytes`, or 0 when it is not one: no
-// overlong forms, no surrogates, nothing past U+10FFFF (what JSON parsers accept).
 size_t validSequenceLength(std::string_view bytes) {
     const auto byte = [&](size_t index) { return static_cast<unsigned char>(bytes[index]); };
     const unsigned char lead = byte(0);
@@ -66,6 +62,8 @@ size_t validSequenceLength(std::string_view bytes) {
     }
     return length;
 }
+
+namespace {
 
 int hexValue(char digit) {
     if (digit >= '0' && digit <= '9') {

@@ -22,6 +22,10 @@ std::optional<int64_t> int64Value(const nlohmann::json* value);
 // A finite number, whole or not; none for anything else.
 std::optional<double> finiteNumber(const nlohmann::json* value);
 
+// The length of the valid UTF-8 sequence at the start of `bytes`, or 0 when it is not one: no
+// overlong forms, no surrogates, nothing past U+10FFFF (what JSON parsers accept).
+size_t validSequenceLength(std::string_view bytes);
+
 // A path (any byte string) as JSON text that reads back to the same bytes. JSON holds only
 // UTF-8, so each byte that is not part of valid UTF-8 is written as U+0000 followed by its two
 // lowercase hex digits. No path can hold a NUL, so valid UTF-8 stands as it is and the files

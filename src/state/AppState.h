@@ -14,6 +14,7 @@
 #include "state/RemovalState.h"
 #include "state/SettingsState.h"
 #include "state/StoreWatcher.h"
+#include "state/SystemDataState.h"
 #include "system/VolumeInfo.h"
 #include "trends/ScanSnapshot.h"
 #include "trends/TrendStore.h"
@@ -79,6 +80,8 @@ public:
     const JunkState& junk() const { return junk_; }
     QuickCleanState& quickClean() { return quickClean_; }
     const QuickCleanState& quickClean() const { return quickClean_; }
+    // The parts of what the system keeps for itself, and the local snapshots.
+    SystemDataState& systemData() { return systemData_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -159,6 +162,7 @@ private:
     bool hasFullDiskAccess_ = false;
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
+    SystemDataState systemData_{*this};
 };
 
 } // namespace dorvik

@@ -146,6 +146,11 @@ void setProminent(QAbstractButton* button, bool prominent) {
     }
 }
 
+void setDestructive(QAbstractButton* button) {
+    button->setProperty("destructive", true);
+    repolish(button);
+}
+
 void makeCard(QWidget* widget) {
     widget->setProperty("card", true);
     widget->setAttribute(Qt::WA_StyledBackground, true);
@@ -197,6 +202,8 @@ QString styleSheet(const QPalette& palette) {
     sheet += QStringLiteral("QPushButton[prominent=\"true\"]:disabled {"
                             " background: %1; border-color: %1; color: %2; }\n")
                  .arg(css(faded(accentColour, 0.35)), css(base));
+    sheet += QStringLiteral("QPushButton[destructive=\"true\"] { color: %1; }\n")
+                 .arg(css(danger(palette)));
     // Buttons joined side by side, as one control.
     sheet +=
         QStringLiteral("QPushButton[segment=\"first\"] { border-top-right-radius: 0;"
@@ -227,6 +234,18 @@ QString styleSheet(const QPalette& palette) {
     sheet += QStringLiteral("QScrollArea[page=\"true\"] > QWidget#qt_scrollarea_viewport > QWidget "
                             "{ background: %1; }\n")
                  .arg(css(base));
+    // A page that scrolls as a whole: a thin bar with a rounded handle, no arrows.
+    sheet +=
+        QStringLiteral("QScrollArea[page=\"true\"] QScrollBar:vertical { background: transparent;"
+                       " width: 10px; margin: 0; border: none; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::handle:vertical { background: %1;"
+                       " border-radius: 3px; min-height: 32px; margin: 2px; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::add-line:vertical,"
+                       " QScrollArea[page=\"true\"] QScrollBar::sub-line:vertical { height: 0; }\n"
+                       "QScrollArea[page=\"true\"] QScrollBar::add-page:vertical,"
+                       " QScrollArea[page=\"true\"] QScrollBar::sub-page:vertical {"
+                       " background: transparent; }\n")
+            .arg(css(faded(secondaryText(palette), 0.5)));
     return sheet;
 }
 

@@ -66,6 +66,9 @@ QLabel* label(const QString& text, TextRole role, QWidget* parent = nullptr);
 // The button that carries a page's or a sheet's main action, drawn in the accent colour.
 void setProminent(QAbstractButton* button, bool prominent);
 
+// A button whose action removes something, its text in the danger colour.
+void setDestructive(QAbstractButton* button);
+
 // Where a button stands in a row of buttons drawn as one control; `menu` is the narrow last
 // button that opens a menu.
 enum class Segment { first, middle, last, menu };

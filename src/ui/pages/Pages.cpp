@@ -6,6 +6,7 @@
 #include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/quickclean/QuickCleanView.h"
+#include "ui/pages/system/SystemDataView.h"
 #include "ui/pages/types/TypesView.h"
 
 #include <map>
@@ -25,11 +26,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
          {"Trends",
           "When your disk would fill up at the current pace, and what grew since an earlier "
           "scan.",
-          nullptr, nullptr}},
-        {AppSection::systemData,
-         {"System Data",
-          "What macOS lumps together as “System Data” in Storage settings, explained piece by "
-          "piece.",
           nullptr, nullptr}},
         {AppSection::cloud,
          {"iCloud Drive",
@@ -81,6 +77,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new LargeFilesView(state);
     case AppSection::types:
         return new TypesView(state);
+    case AppSection::systemData:
+        return new SystemDataView(state);
     default:
         break;
     }
