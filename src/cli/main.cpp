@@ -31,6 +31,9 @@ constexpr std::array commands = {
     Command{"clean", "clean [--rule ID]... [--dry-run] [--yes]", runClean},
     Command{"history", "history [--json]", runHistory},
     Command{"undo", "undo [--last | ID...]", runUndo},
+    Command{"duplicates",
+            "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
+            runDuplicates},
 };
 
 void printUsage(std::ostream& out) {
