@@ -10,6 +10,7 @@
 #include "platform/JsonCoding.h"
 #include "platform/Terminal.h"
 #include "reclaim/DuplicateFinder.h"
+#include "reclaim/DuplicateSelection.h"
 #include "reclaim/FileClone.h"
 #include "reclaim/ShareToast.h"
 #include "scanning/WalkThreads.h"
@@ -66,13 +67,10 @@ nlohmann::json groupsJson(const std::vector<DuplicateGroup>& groups) {
 
 // Every group's copies paired with its first, oldest file, which is kept as it is.
 std::vector<std::pair<std::string, std::string>>
-sharingPairs(const std::vector<DuplicateGroup>& groups) {
+copiesWithTheirOriginal(const std::vector<DuplicateGroup>& groups) {
     std::vector<std::pair<std::string, std::string>> pairs;
-    for (const DuplicateGroup& group : groups) {
-        const std::string original = group.files.front()->path();
-        for (size_t index = 1; index < group.files.size(); ++index) {
-            pairs.emplace_back(group.files[index]->path(), original);
-        }
+    for (const auto& [copy, original] : sharingPairs(groups, allCopies(groups))) {
+        pairs.emplace_back(copy->path(), original->path());
     }
     return pairs;
 }
@@ -159,7 +157,7 @@ int runDuplicates(Arguments& arguments) {
     if (!share) {
         return 0;
     }
-    const auto pairs = sharingPairs(groups);
+    const auto pairs = copiesWithTheirOriginal(groups);
     if (pairs.empty()) {
         std::cout << "Nothing to share.\n";
         return 0;

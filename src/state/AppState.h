@@ -8,6 +8,7 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/DuplicatesState.h"
 #include "state/MainThreadRelay.h"
 #include "state/RemovalState.h"
 #include "state/SettingsState.h"
@@ -70,6 +71,9 @@ public:
     RemovalState& removal() { return removal_; }
     const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
+    // The duplicates of the last scan and the sharing of their space.
+    DuplicatesState& duplicates() { return duplicates_; }
+    const DuplicatesState& duplicates() const { return duplicates_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -134,6 +138,7 @@ private:
     TrendStore trends_;
     StoreWatcher storeWatcher_;
     QTimer archiveTimer_;
+    DuplicatesState duplicates_{*this};
 
     AppSection section_ = AppSection::smartClean;
     ScanTarget scanTarget_ = ScanTarget::wholeDisk();

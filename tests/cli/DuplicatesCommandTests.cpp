@@ -3,12 +3,12 @@
 #include "base/TextForms.h"
 #include "cli/CliRun.h"
 #include "support/ReflinkMount.h"
+#include "support/SampleFiles.h"
 #include "support/TestHome.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <fstream>
 #include <sys/stat.h>
 
 namespace dorvik {
@@ -17,12 +17,8 @@ namespace {
 using test::cli;
 using test::shellQuoted;
 
-constexpr int64_t mebibyte = 1048576;
-
-void writeRepeated(const std::string& path, int64_t length, char byte) {
-    test::makeFolder(path.substr(0, path.rfind('/')));
-    std::ofstream(path, std::ios::binary) << std::string(static_cast<size_t>(length), byte);
-}
+using test::mebibyte;
+using test::writeContent;
 
 ino_t inode(const std::string& path) {
     struct stat st {};
@@ -32,13 +28,13 @@ ino_t inode(const std::string& path) {
 
 // Three copies of one file and two of a larger one, with dates that put them in order.
 void writeGroups(const std::string& folder) {
-    writeRepeated(folder + "/photos/a.jpg", 2 * mebibyte, 'a');
-    writeRepeated(folder + "/backup/a.jpg", 2 * mebibyte, 'a');
-    writeRepeated(folder + "/old/a copy.jpg", 2 * mebibyte, 'a');
-    writeRepeated(folder + "/video/b.mov", 3 * mebibyte, 'b');
-    writeRepeated(folder + "/backup/b.mov", 3 * mebibyte, 'b');
-    writeRepeated(folder + "/small/c.bin", mebibyte - 1, 'c');
-    writeRepeated(folder + "/backup/c.bin", mebibyte - 1, 'c');
+    writeContent(folder + "/photos/a.jpg", 2 * mebibyte, 'a');
+    writeContent(folder + "/backup/a.jpg", 2 * mebibyte, 'a');
+    writeContent(folder + "/old/a copy.jpg", 2 * mebibyte, 'a');
+    writeContent(folder + "/video/b.mov", 3 * mebibyte, 'b');
+    writeContent(folder + "/backup/b.mov", 3 * mebibyte, 'b');
+    writeContent(folder + "/small/c.bin", mebibyte - 1, 'c');
+    writeContent(folder + "/backup/c.bin", mebibyte - 1, 'c');
     test::setModificationTime(folder + "/photos/a.jpg", 1'600'000'000);
     test::setModificationTime(folder + "/backup/a.jpg", 1'700'000'000);
     test::setModificationTime(folder + "/old/a copy.jpg", 1'500'000'000);

@@ -1,6 +1,6 @@
-#include "SampleFiles.h"
 #include "reclaim/ContentHash.h"
 #include "reclaim/DuplicateFinder.h"
+#include "support/SampleFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "SampleFiles.h"
 #include "base/Uuid.h"
 #include "platform/Reflink.h"
 #include "reclaim/DuplicateFinder.h"
 #include "reclaim/FileClone.h"
 #include "support/ReflinkMount.h"
+#include "support/SampleFiles.h"
 #include "support/ScratchMount.h"
 
 #include <gtest/gtest.h>
