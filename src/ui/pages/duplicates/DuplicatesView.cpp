@@ -121,7 +121,7 @@ QWidget* DuplicatesView::makeListView() {
     tree_->setContextMenuPolicy(Qt::CustomContextMenu);
     tree_->header()->setStretchLastSection(false);
     tree_->header()->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
-    tree_->header()->resizeSection(noteColumn, 170);
+    tree_->header()->resizeSection(noteColumn, 240);
     tree_->header()->resizeSection(dateColumn, 120);
     connect(tree_, &QTreeWidget::itemChanged, this, &DuplicatesView::itemChanged);
     connect(tree_, &QTreeWidget::customContextMenuRequested, this, &DuplicatesView::showMenu);
