@@ -9,7 +9,7 @@ packages=(
     nlohmann-json3-dev libplist-dev libssl-dev
     zlib1g-dev
     clang clang-format
-    time ncdu gdu jdupes rdfind rmlint
+    time ncdu gdu jdupes rdfind rmlint python3
     xfsprogs
 )
 missing=()

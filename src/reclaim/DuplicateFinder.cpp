@@ -127,8 +127,8 @@ std::vector<DuplicateGroup> findDuplicates(const std::vector<FileNodePtr>& files
     };
     const size_t wanted = threads > 0 ? static_cast<size_t>(threads)
                                       : static_cast<size_t>(platform::usableProcessors());
-    const size_t helpers =
-        std::min(wanted, groups.size()) > 0 ? std::min(wanted, groups.size()) - 1 : 0;
+    // The calling thread works too; no more threads than size groups.
+    const size_t helpers = std::max<size_t>(std::min(wanted, groups.size()), 1) - 1;
     {
         std::vector<std::jthread> pool;
         for (size_t helper = 0; helper < helpers; ++helper) {
