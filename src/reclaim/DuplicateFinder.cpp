@@ -1,8 +1,8 @@
 #include "reclaim/DuplicateFinder.h"
 
 #include "platform/Processors.h"
-#include "platform/Reflink.h"
 #include "reclaim/ContentHash.h"
+#include "reclaim/FileClone.h"
 
 #include <algorithm>
 #include <atomic>
@@ -71,7 +71,7 @@ DuplicateGroup groupOf(std::string digest, const Bucket& bucket) {
     group.id = std::move(digest);
     group.size = bucket.front().node->size;
     for (const Candidate& file : bucket) {
-        const auto privateBytes = platform::privateSize(file.path);
+        const auto privateBytes = FileClone::privateSize(file.path);
         if (privateBytes && isPracticallyShared(*privateBytes, file.node->size)) {
             group.shared.insert(file.node.get());
         }

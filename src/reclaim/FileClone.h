@@ -7,6 +7,7 @@
 // ".dorvik-clone-<UUID>" beside the copy, whose blocks are themselves shared; the next batch in
 // that folder sweeps it away.
 
+#include "platform/Reflink.h"
 #include "removal/DeletionRequest.h"
 
 #include <cstdint>
@@ -16,6 +17,9 @@
 #include <vector>
 
 namespace dorvik::FileClone {
+
+// The bytes of a file that no other file shares; none when the filesystem cannot say.
+using platform::privateSize;
 
 // Why one copy was not replaced.
 enum class FailureKind {
