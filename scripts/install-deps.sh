@@ -9,7 +9,8 @@ packages=(
     nlohmann-json3-dev libplist-dev libssl-dev
     zlib1g-dev
     clang clang-format
-    time ncdu gdu
+    time ncdu gdu jdupes rdfind rmlint python3
+    xfsprogs
 )
 missing=()
 for package in "${packages[@]}"; do

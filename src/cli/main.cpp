@@ -32,6 +32,9 @@ constexpr std::array commands = {
     Command{"history", "history [--json]", runHistory},
     Command{"undo", "undo [--last | ID...]", runUndo},
     Command{"system", "system [--root PATH] [--json]", runSystem},
+    Command{"duplicates",
+            "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
+            runDuplicates},
 };
 
 void printUsage(std::ostream& out) {

@@ -9,6 +9,7 @@
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
 #include "state/JunkState.h"
+#include "state/DuplicatesState.h"
 #include "state/MainThreadRelay.h"
 #include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
@@ -82,6 +83,9 @@ public:
     const QuickCleanState& quickClean() const { return quickClean_; }
     // The parts of what the system keeps for itself, and the local snapshots.
     SystemDataState& systemData() { return systemData_; }
+    // The duplicates of the last scan and the sharing of their space.
+    DuplicatesState& duplicates() { return duplicates_; }
+    const DuplicatesState& duplicates() const { return duplicates_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -148,6 +152,7 @@ private:
     TrendStore trends_;
     StoreWatcher storeWatcher_;
     QTimer archiveTimer_;
+    DuplicatesState duplicates_{*this};
 
     AppSection section_ = AppSection::smartClean;
     ScanTarget scanTarget_ = ScanTarget::wholeDisk();

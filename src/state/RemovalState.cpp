@@ -90,6 +90,11 @@ void RemovalState::reloadHistory() {
     }
 }
 
+void RemovalState::setFailures(std::vector<DeletionFailure> failures) {
+    failures_ = std::move(failures);
+    emit failuresChanged();
+}
+
 void RemovalState::showToast(Toast toast) {
     toast_ = std::move(toast);
     emit toastChanged();

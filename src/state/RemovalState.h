@@ -58,6 +58,9 @@ public:
     // Reads the history file again after another process changed it.
     void reloadHistory();
 
+    // The refusals of a batch that took another road (copies made to share their space): they
+    // replace the last run's on the History page.
+    void setFailures(std::vector<DeletionFailure> failures);
     // A new toast replaces the one on show.
     void showToast(Toast toast);
     void closeToast();

@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/duplicates/DuplicatesView.h"
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/junk/JunkView.h"
@@ -52,11 +53,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Scan your disk first",
           "Scan your disk (or your home folder) to find node_modules and virtual environments "
           "in your projects."}},
-        {AppSection::duplicates,
-         {"Duplicates",
-          "Byte-for-byte identical files (SHA-256). Delete the extra copies, or keep them all "
-          "and let them share the same space on disk.",
-          "Scan your disk first", "Duplicates are found among the files from the last scan."}},
     };
     return pages;
 }
@@ -79,6 +75,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new TypesView(state);
     case AppSection::systemData:
         return new SystemDataView(state);
+    case AppSection::duplicates:
+        return new DuplicatesView(state);
     default:
         break;
     }

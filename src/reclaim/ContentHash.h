@@ -1,0 +1,22 @@
+#pragma once
+
+// The SHA-256 of a file's content, or of its first bytes, as 64 lower-case hexadecimal digits.
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+namespace dorvik::ContentHash {
+
+// What the first, cheap comparison of two files of equal length reads.
+inline constexpr int64_t headBytes = 65536;
+inline constexpr int64_t wholeFile = std::numeric_limits<int64_t>::max();
+// Files are read in blocks of this size and never held whole.
+inline constexpr int64_t blockBytes = 1048576;
+
+// The digest of at most `budget` bytes from the start of the file; none when it cannot be opened.
+// A read that fails midway leaves the digest of what was read, as if the file ended there.
+std::optional<std::string> sha256(const std::string& path, int64_t budget);
+
+} // namespace dorvik::ContentHash

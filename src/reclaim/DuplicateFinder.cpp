@@ -1,0 +1,152 @@
+#include "reclaim/DuplicateFinder.h"
+
+#include "platform/Processors.h"
+#include "reclaim/ContentHash.h"
+#include "reclaim/FileClone.h"
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+
+namespace dorvik {
+
+namespace {
+
+struct Candidate {
+    FileNodePtr node;
+    std::string path;
+};
+
+using Bucket = std::vector<Candidate>;
+
+// The candidates of one scan grouped by content length, each group in the order its files were
+// met and the groups in the order their first file was; groups of one file are gone.
+std::vector<Bucket> sizeGroups(const std::vector<FileNodePtr>& files, int64_t minSize) {
+    std::vector<Bucket> groups;
+    std::unordered_map<int64_t, size_t> groupOfSize;
+    for (const FileNodePtr& file : files) {
+        if (file->deleted || file->logicalSize < minSize) {
+            continue;
+        }
+        std::string path = file->path();
+        if (path.find(".app/") != std::string::npos ||
+            path.find(".photoslibrary/") != std::string::npos) {
+            continue;
+        }
+        const auto [place, added] = groupOfSize.try_emplace(file->logicalSize, groups.size());
+        if (added) {
+            groups.emplace_back();
+        }
+        groups[place->second].push_back({file, std::move(path)});
+    }
+    std::erase_if(groups, [](const Bucket& group) { return group.size() < 2; });
+    return groups;
+}
+
+// The files split by the digest of their first `budget` bytes, buckets in the order of their
+// first file; buckets of one file, and files that cannot be opened, are gone.
+std::vector<std::pair<std::string, Bucket>> splitByDigest(const Bucket& files, int64_t budget) {
+    std::vector<std::pair<std::string, Bucket>> buckets;
+    std::map<std::string, size_t> bucketOfDigest;
+    for (const Candidate& file : files) {
+        auto digest = ContentHash::sha256(file.path, budget);
+        if (!digest) {
+            continue; // alone in a bucket of its own, as if its digest were a fresh UUID
+        }
+        const auto [place, added] = bucketOfDigest.try_emplace(*digest, buckets.size());
+        if (added) {
+            buckets.emplace_back(std::move(*digest), Bucket{});
+        }
+        buckets[place->second].second.push_back(file);
+    }
+    std::erase_if(buckets, [](const auto& bucket) { return bucket.second.size() < 2; });
+    return buckets;
+}
+
+DuplicateGroup groupOf(std::string digest, const Bucket& bucket) {
+    DuplicateGroup group;
+    group.id = std::move(digest);
+    group.size = bucket.front().node->size;
+    for (const Candidate& file : bucket) {
+        const auto privateBytes = FileClone::privateSize(file.path);
+        if (privateBytes && isPracticallyShared(*privateBytes, file.node->size)) {
+            group.shared.insert(file.node.get());
+        }
+        group.files.push_back(file.node);
+    }
+    std::stable_sort(group.files.begin(), group.files.end(),
+                     [](const FileNodePtr& one, const FileNodePtr& other) {
+                         return one->modified < other->modified;
+                     });
+    return group;
+}
+
+// The groups of identical files among files of one content length.
+std::vector<DuplicateGroup> identicalFiles(const Bucket& sameLength) {
+    std::vector<DuplicateGroup> groups;
+    for (const auto& [head, sameHead] : splitByDigest(sameLength, ContentHash::headBytes)) {
+        for (auto& [digest, sameContent] : splitByDigest(sameHead, ContentHash::wholeFile)) {
+            groups.push_back(groupOf(std::move(digest), sameContent));
+        }
+    }
+    return groups;
+}
+
+} // namespace
+
+std::vector<DuplicateGroup> findDuplicates(const std::vector<FileNodePtr>& files, int64_t minSize,
+                                           const std::function<void(double)>& progress,
+                                           int threads) {
+    const std::vector<Bucket> groups = sizeGroups(files, minSize);
+    const double total = std::max(1.0, static_cast<double>(groups.size()));
+    std::vector<std::vector<DuplicateGroup>> found(groups.size());
+
+    // Each thread takes the next size group; taking it and reporting progress happen under one
+    // lock, so that the reports come one at a time and in the order of the groups.
+    std::mutex taking;
+    size_t next = 0;
+    auto work = [&] {
+        for (;;) {
+            size_t index = 0;
+            {
+                const std::lock_guard lock(taking);
+                if (next == groups.size()) {
+                    return;
+                }
+                index = next++;
+                const size_t count = index + 1;
+                if (count % 20 == 0) {
+                    progress(static_cast<double>(count) / total);
+                }
+            }
+            found[index] = identicalFiles(groups[index]);
+        }
+    };
+    const size_t wanted = threads > 0 ? static_cast<size_t>(threads)
+                                      : static_cast<size_t>(platform::usableProcessors());
+    // The calling thread works too; no more threads than size groups.
+    const size_t helpers = std::max<size_t>(std::min(wanted, groups.size()), 1) - 1;
+    {
+        std::vector<std::jthread> pool;
+        for (size_t helper = 0; helper < helpers; ++helper) {
+            pool.emplace_back(work);
+        }
+        work();
+    }
+
+    std::vector<DuplicateGroup> result;
+    for (auto& some : found) {
+        std::move(some.begin(), some.end(), std::back_inserter(result));
+    }
+    progress(1.0);
+    std::stable_sort(result.begin(), result.end(),
+                     [](const DuplicateGroup& one, const DuplicateGroup& other) {
+                         return one.recoverableBytes() > other.recoverableBytes();
+                     });
+    return result;
+}
+
+} // namespace dorvik
