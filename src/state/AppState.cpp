@@ -24,7 +24,7 @@ double now() {
 } // namespace
 
 AppState::AppState(AppStateOptions options, QObject* parent)
-    : QObject(parent), options_(std::move(options)), removal_(*this),
+    : QObject(parent), options_(std::move(options)), removal_(*this), developer_(*this),
       relay_(std::make_shared<MainThreadRelay<AppState>>(this)),
       storeWatcher_(trends_.directory()) {
     if (!options_.accessProbe) {

@@ -8,6 +8,7 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/DeveloperState.h"
 #include "state/MainThreadRelay.h"
 #include "state/RemovalState.h"
 #include "state/SettingsState.h"
@@ -70,6 +71,9 @@ public:
     RemovalState& removal() { return removal_; }
     const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
+    // The Developer page's artifacts and virtual disks.
+    DeveloperState& developer() { return developer_; }
+    const DeveloperState& developer() const { return developer_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -130,6 +134,7 @@ private:
     AppStateOptions options_;
     SettingsState settings_;
     RemovalState removal_;
+    DeveloperState developer_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
     StoreWatcher storeWatcher_;
