@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/developer/DeveloperView.h"
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/large/LargeFilesView.h"
@@ -50,13 +51,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           nullptr, nullptr}},
         {AppSection::junk,
          {"Junk", "Everything Quick Clean checks, item by item.", nullptr, nullptr}},
-        {AppSection::developer,
-         {"Developer",
-          "Dependencies and build artifacts that can be regenerated: node_modules, virtual "
-          "environments, DerivedData, package caches.",
-          "Scan your disk first",
-          "Scan your disk (or your home folder) to find node_modules and virtual environments "
-          "in your projects."}},
         {AppSection::duplicates,
          {"Duplicates",
           "Byte-for-byte identical files (SHA-256). Delete the extra copies, or keep them all "
@@ -78,6 +72,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new LargeFilesView(state);
     case AppSection::types:
         return new TypesView(state);
+    case AppSection::developer:
+        return new DeveloperView(state);
     default:
         break;
     }
