@@ -90,4 +90,22 @@ std::vector<std::string_view> pathPieces(std::string_view path) {
     return pieces;
 }
 
+std::string asciiLowerCase(std::string_view text) {
+    std::string lowered(text);
+    for (char& ch : lowered) {
+        if (ch >= 'A' && ch <= 'Z') {
+            ch = static_cast<char>(ch - 'A' + 'a');
+        }
+    }
+    return lowered;
+}
+
+std::string lowerCaseExtension(std::string_view name) {
+    const size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0) {
+        return {};
+    }
+    return asciiLowerCase(name.substr(dot + 1));
+}
+
 } // namespace dorvik

@@ -42,4 +42,11 @@ std::vector<std::string_view> pathPieces(std::string_view path);
 // `name` inside `folder`, with exactly one slash between them.
 std::string childPath(std::string_view folder, std::string_view name);
 
+// The text with its ASCII capitals in lower case; every other byte stays as it is.
+std::string asciiLowerCase(std::string_view text);
+
+// The text after the last "." of a name, lower-cased as above; empty for a name without one, or
+// whose only dot leads it (a hidden name has no extension).
+std::string lowerCaseExtension(std::string_view name);
+
 } // namespace dorvik

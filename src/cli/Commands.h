@@ -23,6 +23,7 @@ int runLoad(Arguments& arguments);
 int runFiles(Arguments& arguments);
 int runVerdict(Arguments& arguments);
 int runJunk(Arguments& arguments);
+int runDev(Arguments& arguments);
 int runRemove(Arguments& arguments);
 int runClean(Arguments& arguments);
 int runHistory(Arguments& arguments);

@@ -27,6 +27,7 @@ constexpr std::array commands = {
     Command{"trends", "trends [--root PATH] [--json]", runTrends},
     Command{"verdict", "verdict [--json] PATH...", runVerdict},
     Command{"junk", "junk [--json]", runJunk},
+    Command{"dev", "dev [PATH | --load FILE] [--json]", runDev},
     Command{"remove", "remove [--permanent] [--include-review] [--yes] PATH...", runRemove},
     Command{"clean", "clean [--rule ID]... [--dry-run] [--yes]", runClean},
     Command{"history", "history [--json]", runHistory},

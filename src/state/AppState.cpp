@@ -25,7 +25,7 @@ double now() {
 
 AppState::AppState(AppStateOptions options, QObject* parent)
     : QObject(parent), options_(std::move(options)), removal_(*this), junk_(removal_),
-      quickClean_(*this, junk_, options_.quickCleanPacing),
+      quickClean_(*this, junk_, options_.quickCleanPacing), developer_(*this),
       relay_(std::make_shared<MainThreadRelay<AppState>>(this)),
       storeWatcher_(trends_.directory()) {
     if (!options_.accessProbe) {

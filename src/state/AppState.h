@@ -8,8 +8,9 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
-#include "state/JunkState.h"
+#include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
+#include "state/JunkState.h"
 #include "state/MainThreadRelay.h"
 #include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
@@ -86,6 +87,9 @@ public:
     // The duplicates of the last scan and the sharing of their space.
     DuplicatesState& duplicates() { return duplicates_; }
     const DuplicatesState& duplicates() const { return duplicates_; }
+    // The Developer page's artifacts and virtual disks.
+    DeveloperState& developer() { return developer_; }
+    const DeveloperState& developer() const { return developer_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -148,6 +152,7 @@ private:
     RemovalState removal_;
     JunkState junk_;
     QuickCleanState quickClean_;
+    DeveloperState developer_;
     std::shared_ptr<MainThreadRelay<AppState>> relay_;
     TrendStore trends_;
     StoreWatcher storeWatcher_;

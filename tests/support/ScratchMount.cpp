@@ -8,13 +8,15 @@
 
 namespace dorvik::test {
 
-ScratchMount::ScratchMount(std::string folder) : folder_(std::move(folder)) {
+ScratchMount::ScratchMount(std::string folder, const std::string& size)
+    : folder_(std::move(folder)) {
     makeFolder(folder_);
     if (!ignoresPermissions()) {
         whyNot_ = "mounting a scratch filesystem needs root";
         return;
     }
-    if (mount("dorvik-test", folder_.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "size=16m") != 0) {
+    if (mount("dorvik-test", folder_.c_str(), "tmpfs", MS_NOSUID | MS_NODEV,
+              ("size=" + size).c_str()) != 0) {
         whyNot_ = std::string("cannot mount a tmpfs here: ") + std::strerror(errno);
         return;
     }

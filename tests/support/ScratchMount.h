@@ -11,8 +11,8 @@ namespace dorvik::test {
 
 class ScratchMount {
 public:
-    // Makes the folder if needed and mounts a tmpfs on it.
-    explicit ScratchMount(std::string folder);
+    // Makes the folder if needed and mounts a tmpfs of `size` ("16m") on it.
+    explicit ScratchMount(std::string folder, const std::string& size = "16m");
 
     // The folder `source` shown again at `folder` (made if needed): the same filesystem, the same
     // device number, another mount.

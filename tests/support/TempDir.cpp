@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -104,6 +105,15 @@ void writeSparseFile(const std::string& path, int64_t length) {
     const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     check(fd >= 0, "open " + path);
     check(ftruncate(fd, length) == 0, "ftruncate " + path);
+    close(fd);
+}
+
+void writeAllocatedFile(const std::string& path, int64_t allocated, int64_t length) {
+    fs::create_directories(fs::path(path).parent_path());
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    check(fd >= 0, "open " + path);
+    check(allocated < 1 || posix_fallocate(fd, 0, allocated) == 0, "fallocate " + path);
+    check(ftruncate(fd, std::max(allocated, length)) == 0, "ftruncate " + path);
     close(fd);
 }
 

@@ -40,6 +40,10 @@ std::string readText(const std::string& path);
 // A file of `length` bytes with no blocks allocated.
 void writeSparseFile(const std::string& path, int64_t length);
 
+// A file whose first `allocated` bytes have blocks reserved (none written, so it is quick at any
+// size) and whose length is `length`, or `allocated` when that is longer; parents are created.
+void writeAllocatedFile(const std::string& path, int64_t allocated, int64_t length = 0);
+
 void makeHardLink(const std::string& existing, const std::string& link);
 void makeSymlink(const std::string& target, const std::string& link);
 

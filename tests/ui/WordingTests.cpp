@@ -7,6 +7,8 @@
 #include "UiTest.h"
 #include "base/PathNames.h"
 #include "catalogue/JunkCatalogue.h"
+#include "cleaning/DeveloperArtifacts.h"
+#include "cleaning/VirtualDisks.h"
 #include "platform/FileError.h"
 #include "platform/HomeDirectory.h"
 #include "removal/DeletionEngine.h"
@@ -220,6 +222,14 @@ void addCoreTexts(ShownTexts& shown, const std::string& scratch) {
         shown.addKey(rule.explanation, "junk rule");
         shown.addKey(outcomeLabel(rule.removal), "junk rule");
     }
+    for (const ArtifactName& artifact : artifactNames()) {
+        shown.addKey(artifact.detail, "developer artifact");
+    }
+    for (const DiskOwner& owner : diskOwners()) {
+        shown.addKey(owner.owner, "virtual disk");
+        shown.addKey(diskAdvice(owner.owner).advice, "virtual disk");
+    }
+    shown.addKey(diskAdvice(unknownDiskOwner).advice, "virtual disk");
     for (const std::string& reason : safetyReasons(scratch)) {
         shown.addKey(reason, "safety reason");
     }

@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/developer/DeveloperView.h"
 #include "ui/pages/duplicates/DuplicatesView.h"
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
@@ -46,13 +47,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Background agents and daemons that start with your Mac. Removing one stops it from "
           "launching; the app itself stays installed.",
           nullptr, nullptr}},
-        {AppSection::developer,
-         {"Developer",
-          "Dependencies and build artifacts that can be regenerated: node_modules, virtual "
-          "environments, DerivedData, package caches.",
-          "Scan your disk first",
-          "Scan your disk (or your home folder) to find node_modules and virtual environments "
-          "in your projects."}},
     };
     return pages;
 }
@@ -77,6 +71,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new SystemDataView(state);
     case AppSection::duplicates:
         return new DuplicatesView(state);
+    case AppSection::developer:
+        return new DeveloperView(state);
     default:
         break;
     }
