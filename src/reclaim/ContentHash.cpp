@@ -2,6 +2,7 @@
 
 #include "platform/BlockReader.h"
 
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <array>
@@ -46,6 +47,10 @@ std::optional<std::string> sha256(const std::string& path, int64_t budget) {
         return std::nullopt;
     }
     return hexadecimal(digest.data(), length);
+}
+
+void releaseThreadState() {
+    OPENSSL_thread_stop();
 }
 
 } // namespace dorvik::ContentHash

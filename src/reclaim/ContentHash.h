@@ -19,4 +19,9 @@ inline constexpr int64_t blockBytes = 1048576;
 // A read that fails midway leaves the digest of what was read, as if the file ended there.
 std::optional<std::string> sha256(const std::string& path, int64_t budget);
 
+// Lets go of what the hashing library keeps for the calling thread. A thread that hashed calls it
+// when it is done: a pooled thread that outlives the program's exit would otherwise free that
+// state a second time, after the library's own exit handler did.
+void releaseThreadState();
+
 } // namespace dorvik::ContentHash

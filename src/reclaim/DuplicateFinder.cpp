@@ -114,6 +114,7 @@ std::vector<DuplicateGroup> findDuplicates(const std::vector<FileNodePtr>& files
             {
                 const std::lock_guard lock(taking);
                 if (next == groups.size()) {
+                    ContentHash::releaseThreadState();
                     return;
                 }
                 index = next++;
