@@ -116,18 +116,10 @@ int runDev(Arguments& arguments) {
             folder = normalisedPath(word);
         }
     }
-    if (folder && archive) {
-        throw UsageError("give a folder or --load, not both");
-    }
-    std::optional<ScanResult> scan;
-    if (archive) {
-        scan = loadArchivedScan(*archive);
-    } else {
-        scan = scanOnTerminal(folder.value_or(normalisedPath(".")), scanExclusions({}, true),
-                              machineThreads());
-        if (!scan) {
-            return 1;
-        }
+    const std::optional<ScanResult> scan =
+        scanFolderOrArchive(folder, archive, scanExclusions({}, true), machineThreads());
+    if (!scan) {
+        return 1;
     }
     std::vector<DevItem> items = developerItems(&*scan, findJunk(), platform::homeDirectory());
     sortBySize(items);

@@ -124,24 +124,16 @@ int runDuplicates(Arguments& arguments) {
             folder = normalisedPath(word);
         }
     }
-    if (folder && archive) {
-        throw UsageError("give a folder or --load, not both");
-    }
     if (json && share) {
         throw UsageError("--share reports on the terminal, not in JSON");
     }
     if (yes && !share) {
         throw UsageError("--yes goes with --share");
     }
-    std::optional<ScanResult> scan;
-    if (archive) {
-        scan = loadArchivedScan(*archive);
-    } else {
-        scan = scanOnTerminal(folder.value_or(normalisedPath(".")), scanExclusions({}, true),
-                              machineThreads());
-        if (!scan) {
-            return 1;
-        }
+    const std::optional<ScanResult> scan =
+        scanFolderOrArchive(folder, archive, scanExclusions({}, true), machineThreads());
+    if (!scan) {
+        return 1;
     }
     const bool live = platform::standardErrorIsTerminal();
     const std::vector<DuplicateGroup> groups = findDuplicates(

@@ -81,18 +81,10 @@ int runFiles(Arguments& arguments) {
             folder = normalisedPath(word);
         }
     }
-    if (folder && archive) {
-        throw UsageError("give a folder or --load, not both");
-    }
-    std::optional<ScanResult> scan;
-    if (archive) {
-        scan = loadArchivedScan(*archive);
-    } else {
-        const std::string root = folder.value_or(normalisedPath("."));
-        scan = scanOnTerminal(root, scanExclusions({}, storedExclusions), threads);
-        if (!scan) {
-            return 1;
-        }
+    const std::optional<ScanResult> scan =
+        scanFolderOrArchive(folder, archive, scanExclusions({}, storedExclusions), threads);
+    if (!scan) {
+        return 1;
     }
     const std::vector<FileNodePtr> files = filteredFiles(*scan, filter);
     if (!csvPath) {

@@ -78,4 +78,16 @@ ScanResult loadArchivedScan(const std::string& path) {
     return std::move(archived->scan);
 }
 
+std::optional<ScanResult> scanFolderOrArchive(const std::optional<std::string>& folder,
+                                              const std::optional<std::string>& archive,
+                                              const std::set<std::string>& excluded, int threads) {
+    if (folder && archive) {
+        throw UsageError("give a folder or --load, not both");
+    }
+    if (archive) {
+        return loadArchivedScan(*archive);
+    }
+    return scanOnTerminal(folder.value_or(normalisedPath(".")), excluded, threads);
+}
+
 } // namespace dorvik::cli

@@ -5,6 +5,7 @@
 
 #include "scanning/ScanResult.h"
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -28,5 +29,11 @@ std::optional<ScanResult> scanOnTerminal(const std::string& root,
 
 // The scan kept in an archive; an input error when there is none to read.
 ScanResult loadArchivedScan(const std::string& path);
+
+// The scan a command works from: the archive given with --load, else a walk of `folder` (the
+// current folder when none) as scanOnTerminal makes it. A usage error when both are given.
+std::optional<ScanResult> scanFolderOrArchive(const std::optional<std::string>& folder,
+                                              const std::optional<std::string>& archive,
+                                              const std::set<std::string>& excluded, int threads);
 
 } // namespace dorvik::cli
