@@ -92,6 +92,14 @@ std::optional<double> modificationTime(const std::string& path) {
     return static_cast<double>(st.st_mtim.tv_sec) + static_cast<double>(st.st_mtim.tv_nsec) / 1e9;
 }
 
+std::optional<double> accessTime(const std::string& path) {
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(st.st_atim.tv_sec) + static_cast<double>(st.st_atim.tv_nsec) / 1e9;
+}
+
 std::optional<FileError> createFolders(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);

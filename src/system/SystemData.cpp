@@ -1,13 +1,12 @@
 #include "system/SystemData.h"
 
+#include "base/ParallelEach.h"
 #include "base/PathNames.h"
 #include "platform/FileSystem.h"
 #include "scanning/MeasureFolder.h"
 #include "scanning/NodeLookup.h"
 
 #include <algorithm>
-#include <atomic>
-#include <thread>
 
 namespace dorvik {
 
@@ -19,21 +18,9 @@ std::vector<int64_t> grossSizes(const std::vector<std::string>& paths,
                                 const std::vector<std::optional<int64_t>>& fromScan,
                                 int concurrency) {
     std::vector<int64_t> sizes(paths.size(), 0);
-    std::atomic<size_t> next = 0;
-    auto measureInTurn = [&] {
-        for (size_t index = next++; index < paths.size(); index = next++) {
-            sizes[index] = fromScan[index] ? *fromScan[index] : measureFolder(paths[index]).bytes;
-        }
-    };
-    const auto threadCount =
-        std::clamp<size_t>(static_cast<size_t>(std::max(concurrency, 1)), 1, paths.size());
-    {
-        std::vector<std::jthread> threads;
-        threads.reserve(threadCount);
-        for (size_t count = 0; count < threadCount; ++count) {
-            threads.emplace_back(measureInTurn);
-        }
-    } // every thread has joined here
+    forEachIndexInParallel(paths.size(), concurrency, [&](size_t index) {
+        sizes[index] = fromScan[index] ? *fromScan[index] : measureFolder(paths[index]).bytes;
+    });
     return sizes;
 }
 
