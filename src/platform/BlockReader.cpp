@@ -33,7 +33,7 @@ ssize_t readFully(int fd, std::span<uint8_t> block) {
 } // namespace
 
 bool readInBlocks(const std::string& path, int64_t budget, std::span<uint8_t> buffer,
-                  const std::function<void(std::span<const uint8_t>)>& consume) {
+                  const std::function<void(std::span<const uint8_t>)>& consume, int64_t offset) {
     int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOATIME);
     // EPERM: O_NOATIME is for the file's owner only; then the kernel's access time stands.
     if (fd < 0 && errno == EPERM) {
@@ -42,7 +42,10 @@ bool readInBlocks(const std::string& path, int64_t budget, std::span<uint8_t> bu
     if (fd < 0) {
         return false;
     }
-    posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
+    posix_fadvise(fd, offset, 0, POSIX_FADV_SEQUENTIAL);
+    if (offset > 0 && lseek(fd, offset, SEEK_SET) != offset) {
+        budget = 0; // as if the file ended there
+    }
     while (budget > 0) {
         const auto want =
             static_cast<size_t>(std::min<int64_t>(budget, static_cast<int64_t>(buffer.size())));

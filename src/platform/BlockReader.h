@@ -10,12 +10,12 @@
 
 namespace dorvik::platform {
 
-// Reads at most `budget` bytes from the start of the file, each time up to `buffer.size()` bytes
+// Reads at most `budget` bytes from `offset` on, each time up to `buffer.size()` bytes
 // (fewer only at the end of the budget or of the file), and hands every block to `consume`. False
 // when the file cannot be opened. A read that fails ends the reading quietly: what was handed over
 // stands, as if the file ended there.
 bool readInBlocks(const std::string& path, int64_t budget, std::span<uint8_t> buffer,
-                  const std::function<void(std::span<const uint8_t>)>& consume);
+                  const std::function<void(std::span<const uint8_t>)>& consume, int64_t offset = 0);
 
 } // namespace dorvik::platform
 

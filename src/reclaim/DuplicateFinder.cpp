@@ -46,21 +46,23 @@ std::vector<Bucket> sizeGroups(const std::vector<FileNodePtr>& files, int64_t mi
     return groups;
 }
 
-// The files split by the digest of their first `budget` bytes, buckets in the order of their
-// first file; buckets of one file, and files that cannot be opened, are gone.
-std::vector<std::pair<std::string, Bucket>> splitByDigest(const Bucket& files, int64_t budget) {
-    std::vector<std::pair<std::string, Bucket>> buckets;
+// The items split by their digests, buckets in the order of their first item; buckets of one item,
+// and items without a digest (files that cannot be opened), are gone.
+template <typename Item, typename DigestOf>
+std::vector<std::pair<std::string, std::vector<Item>>> splitByDigest(std::vector<Item> items,
+                                                                     DigestOf digestOf) {
+    std::vector<std::pair<std::string, std::vector<Item>>> buckets;
     std::map<std::string, size_t> bucketOfDigest;
-    for (const Candidate& file : files) {
-        auto digest = ContentHash::sha256(file.path, budget);
+    for (Item& item : items) {
+        auto digest = digestOf(item);
         if (!digest) {
             continue; // alone in a bucket of its own, as if its digest were a fresh UUID
         }
         const auto [place, added] = bucketOfDigest.try_emplace(*digest, buckets.size());
         if (added) {
-            buckets.emplace_back(std::move(*digest), Bucket{});
+            buckets.emplace_back(std::move(*digest), std::vector<Item>{});
         }
-        buckets[place->second].second.push_back(file);
+        buckets[place->second].second.push_back(std::move(item));
     }
     std::erase_if(buckets, [](const auto& bucket) { return bucket.second.size() < 2; });
     return buckets;
@@ -84,12 +86,26 @@ DuplicateGroup groupOf(std::string digest, const Bucket& bucket) {
     return group;
 }
 
-// The groups of identical files among files of one content length.
+// The groups of identical files among files of one content length. The whole-file digest goes on
+// from where the head's left off, so no file is read twice.
 std::vector<DuplicateGroup> identicalFiles(const Bucket& sameLength) {
+    using Headed = std::pair<Candidate, ContentHash::HeadDigest>;
+    std::vector<Headed> headed;
+    for (const Candidate& file : sameLength) {
+        if (auto head = ContentHash::HeadDigest::of(file.path)) {
+            headed.emplace_back(file, std::move(*head));
+        }
+    }
     std::vector<DuplicateGroup> groups;
-    for (const auto& [head, sameHead] : splitByDigest(sameLength, ContentHash::headBytes)) {
-        for (auto& [digest, sameContent] : splitByDigest(sameHead, ContentHash::wholeFile)) {
-            groups.push_back(groupOf(std::move(digest), sameContent));
+    auto headOf = [](const Headed& item) { return std::optional(item.second.digest()); };
+    for (auto& [head, sameHead] : splitByDigest(std::move(headed), headOf)) {
+        auto wholeOf = [](Headed& item) { return item.second.wholeFileDigest(item.first.path); };
+        for (auto& [digest, sameContent] : splitByDigest(std::move(sameHead), wholeOf)) {
+            Bucket files;
+            for (Headed& item : sameContent) {
+                files.push_back(std::move(item.first));
+            }
+            groups.push_back(groupOf(std::move(digest), files));
         }
     }
     return groups;
