@@ -4,8 +4,6 @@
 #include "scanning/Classification.h"
 #include "scanning/HardLinkKey.h"
 
-#include <algorithm>
-
 namespace dorvik {
 
 namespace {
