@@ -15,32 +15,20 @@ namespace dorvik {
 
 namespace {
 
-struct Candidate {
-    FileNodePtr node;
-    std::string path;
-};
-
+using Candidate = DuplicateCandidate;
 using Bucket = std::vector<Candidate>;
 
-// The candidates of one scan grouped by content length, each group in the order its files were
-// met and the groups in the order their first file was; groups of one file are gone.
-std::vector<Bucket> sizeGroups(const std::vector<FileNodePtr>& files, int64_t minSize) {
+// The candidates grouped by content length, each group in the order its files were met and the
+// groups in the order their first file was; groups of one file are gone.
+std::vector<Bucket> sizeGroups(const std::vector<Candidate>& candidates) {
     std::vector<Bucket> groups;
     std::unordered_map<int64_t, size_t> groupOfSize;
-    for (const FileNodePtr& file : files) {
-        if (file->deleted || file->logicalSize < minSize) {
-            continue;
-        }
-        std::string path = file->path();
-        if (path.find(".app/") != std::string::npos ||
-            path.find(".photoslibrary/") != std::string::npos) {
-            continue;
-        }
-        const auto [place, added] = groupOfSize.try_emplace(file->logicalSize, groups.size());
+    for (const Candidate& candidate : candidates) {
+        const auto [place, added] = groupOfSize.try_emplace(candidate.length, groups.size());
         if (added) {
             groups.emplace_back();
         }
-        groups[place->second].push_back({file, std::move(path)});
+        groups[place->second].push_back(candidate);
     }
     std::erase_if(groups, [](const Bucket& group) { return group.size() < 2; });
     return groups;
@@ -113,10 +101,33 @@ std::vector<DuplicateGroup> identicalFiles(const Bucket& sameLength) {
 
 } // namespace
 
+std::vector<DuplicateCandidate> duplicateCandidates(const std::vector<FileNodePtr>& files,
+                                                    int64_t minSize) {
+    std::vector<DuplicateCandidate> candidates;
+    for (const FileNodePtr& file : files) {
+        if (file->deleted || file->logicalSize < minSize) {
+            continue;
+        }
+        std::string path = file->path();
+        if (path.find(".app/") != std::string::npos ||
+            path.find(".photoslibrary/") != std::string::npos) {
+            continue;
+        }
+        candidates.push_back({file, std::move(path), file->logicalSize});
+    }
+    return candidates;
+}
+
 std::vector<DuplicateGroup> findDuplicates(const std::vector<FileNodePtr>& files, int64_t minSize,
                                            const std::function<void(double)>& progress,
                                            int threads) {
-    const std::vector<Bucket> groups = sizeGroups(files, minSize);
+    return findDuplicates(duplicateCandidates(files, minSize), progress, threads);
+}
+
+std::vector<DuplicateGroup> findDuplicates(const std::vector<DuplicateCandidate>& candidates,
+                                           const std::function<void(double)>& progress,
+                                           int threads) {
+    const std::vector<Bucket> groups = sizeGroups(candidates);
     const double total = std::max(1.0, static_cast<double>(groups.size()));
     std::vector<std::vector<DuplicateGroup>> found(groups.size());
 

@@ -39,17 +39,20 @@ void DuplicatesState::findDuplicates() {
     }
     setProgress(0.0);
     searchedRoot_ = scan->root;
-    startOnWorker([relay = relay_, files = scan->files] {
-        auto progress = [&relay](double value) {
-            relay->post([value](DuplicatesState& state) { state.setProgress(value); });
-        };
-        auto groups = dorvik::findDuplicates(files, duplicateMinSize, progress);
-        relay->post([groups = std::move(groups)](DuplicatesState& state) mutable {
-            state.groups_ = std::move(groups);
-            state.setProgress(std::nullopt);
-            emit state.groupsChanged();
+    // The candidates are taken here, where removals mark the nodes; the worker reads nothing that
+    // a removal or an undo made meanwhile changes.
+    startOnWorker(
+        [relay = relay_, candidates = duplicateCandidates(scan->files, duplicateMinSize)] {
+            auto progress = [&relay](double value) {
+                relay->post([value](DuplicatesState& state) { state.setProgress(value); });
+            };
+            auto groups = dorvik::findDuplicates(candidates, progress);
+            relay->post([groups = std::move(groups)](DuplicatesState& state) mutable {
+                state.groups_ = std::move(groups);
+                state.setProgress(std::nullopt);
+                emit state.groupsChanged();
+            });
         });
-    });
 }
 
 bool DuplicatesState::refuseWithoutACopy(const DuplicateSelection& selection) {
