@@ -1,5 +1,6 @@
 #include "apps/AppInventory.h"
 
+#include "apps/FlatpakApps.h"
 #include "base/ParallelEach.h"
 #include "base/PathNames.h"
 #include "platform/Bundle.h"
@@ -226,9 +227,11 @@ InstalledApp inspectBundle(const std::string& bundlePath,
 std::vector<InstalledApp> loadAll(int threads) {
     const std::vector<LibraryEntry> entries = libraryEntries();
     const std::vector<std::string> paths = applicationPaths();
-    std::vector<InstalledApp> apps(paths.size());
-    forEachIndexInParallel(paths.size(), threads, [&](size_t index) {
-        apps[index] = inspectBundle(paths[index], entries);
+    const std::vector<Flatpak::FlatpakApp> flatpaks = Flatpak::installedApps();
+    std::vector<InstalledApp> apps(paths.size() + flatpaks.size());
+    forEachIndexInParallel(apps.size(), threads, [&](size_t index) {
+        apps[index] = index < paths.size() ? inspectBundle(paths[index], entries)
+                                           : Flatpak::inspect(flatpaks[index - paths.size()]);
     });
     std::ranges::stable_sort(apps, std::greater{}, &InstalledApp::totalSize);
     return apps;

@@ -69,7 +69,8 @@ std::string appName(std::string_view bundlePath, const std::map<std::string, std
 // Everything about one bundle, its related items chosen among `entries` and measured.
 InstalledApp inspectBundle(const std::string& bundlePath, const std::vector<LibraryEntry>& entries);
 
-// Every application found, inspected on `threads` threads, largest total first.
+// Every application found, the bundles and the Flatpak apps, inspected on `threads` threads,
+// largest total first.
 std::vector<InstalledApp> loadAll(int threads);
 
 // A bundle with this identifier in the application roots, in folders up to four levels below

@@ -187,12 +187,20 @@ TEST(AppInventory, LoadingAllListsEveryBundleLargestFirst) {
     test::writeAllocatedFile(apps + "/Writer.app/Contents/big", 2000000);
     test::writeInfoPlist(apps + "/Utilities/Small.app", {{"CFBundleIdentifier", "com.example.s"}});
     test::writeAllocatedFile(testHome.home + "/Library/Caches/com.example.s/c", 900000);
+    // A Flatpak app stands among the bundles by its size.
+    const std::string flatpak = testHome.dataHome + "/flatpak/app/org.example.Flat";
+    test::writeText(flatpak + "/x86_64/stable/1a2b/metadata",
+                    "[Application]\nname=org.example.Flat\n");
+    test::writeAllocatedFile(flatpak + "/x86_64/stable/1a2b/files/program", 1400000);
+    test::makeSymlink("1a2b", flatpak + "/x86_64/stable/active");
+    test::makeSymlink("x86_64/stable", flatpak + "/current");
 
     const auto loaded = AppInventory::loadAll(3);
-    ASSERT_EQ(loaded.size(), 3u);
+    ASSERT_EQ(loaded.size(), 4u);
     EXPECT_EQ(loaded[0].path, apps + "/Writer.app");
-    EXPECT_EQ(loaded[1].path, apps + "/Utilities/Small.app");
-    EXPECT_EQ(loaded[2].path, testHome.home + "/Applications/Writer.app");
+    EXPECT_EQ(loaded[1].path, flatpak);
+    EXPECT_EQ(loaded[2].path, apps + "/Utilities/Small.app");
+    EXPECT_EQ(loaded[3].path, testHome.home + "/Applications/Writer.app");
     EXPECT_TRUE(std::ranges::is_sorted(loaded, std::greater{}, &InstalledApp::totalSize));
     EXPECT_EQ(AppInventory::loadAll(1), loaded);
 }
