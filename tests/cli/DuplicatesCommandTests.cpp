@@ -97,10 +97,14 @@ TEST_F(DuplicatesCommandTest, SharingIsAskedFirstAndRefusedWithoutATerminal) {
     const auto unattended = test::cliUnattended("duplicates --share " + shellQuoted(home));
     EXPECT_EQ(unattended.status, 2) << unattended.out;
     EXPECT_NE(unattended.out.find("add --yes"), std::string::npos) << unattended.out;
+    // Progress is for a terminal only: none in what a pipe reads, standard error merged.
+    EXPECT_EQ(unattended.out.find("Comparing contents"), std::string::npos) << unattended.out;
 
     const auto declined = test::cliOnTerminal("duplicates --share " + shellQuoted(home), "n\n");
     EXPECT_NE(declined.out.find("Replace 3 copies by clones"), std::string::npos) << declined.out;
     EXPECT_NE(declined.out.find("Nothing was changed."), std::string::npos) << declined.out;
+    EXPECT_NE(declined.out.find("Comparing contents\u2026 100%"), std::string::npos)
+        << declined.out;
     EXPECT_EQ(inode(home + "/backup/a.jpg"), before);
 
     EXPECT_EQ(cli("duplicates --json --share " + shellQuoted(home)).status, 2);
