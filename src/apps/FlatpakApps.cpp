@@ -7,7 +7,6 @@
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
 #include "platform/ResolvedPath.h"
-#include "platform/SystemRoot.h"
 #include "scanning/MeasureFolder.h"
 
 #include <algorithm>
@@ -137,13 +136,6 @@ std::optional<double> lastDataChange(const std::string& folder, int levels) {
 
 } // namespace
 
-std::string appsFolder(Installation installation) {
-    if (installation == Installation::user) {
-        return platform::dataHomeDirectory() + "/flatpak/app";
-    }
-    return platform::systemPath("/var/lib/flatpak/app");
-}
-
 std::optional<FlatpakApp> readApp(const std::string& folder, const std::string& id,
                                   Installation installation) {
     const std::string active = folder + "/current/active";
@@ -172,7 +164,7 @@ std::optional<FlatpakApp> readApp(const std::string& folder, const std::string& 
 std::vector<FlatpakApp> installedApps() {
     std::vector<FlatpakApp> apps;
     for (const Installation installation : {Installation::user, Installation::system}) {
-        const std::string folder = appsFolder(installation);
+        const std::string folder = platform::flatpakAppsFolder(installation);
         for (const std::string& id :
              platform::directoryEntries(folder).value_or(std::vector<std::string>{})) {
             if (auto app = readApp(childPath(folder, id), id, installation)) {
@@ -197,15 +189,6 @@ InstalledApp inspect(const FlatpakApp& app) {
     installed.related = relatedItems(app);
     installed.lastUsed = lastDataChange(dataFolder(app.id), 2);
     return installed;
-}
-
-std::vector<std::string> uninstallCommand(const FlatpakApp& app) {
-    return {"flatpak",
-            "uninstall",
-            app.installation == Installation::user ? "--user" : "--system",
-            "--noninteractive",
-            "-y",
-            app.id};
 }
 
 } // namespace dorvik::Flatpak

@@ -4,6 +4,7 @@
 // Flatpak deploys (never from its command's output), and the data each keeps in ~/.var/app.
 
 #include "apps/InstalledApp.h"
+#include "platform/FlatpakPlaces.h"
 
 #include <optional>
 #include <string>
@@ -12,7 +13,7 @@
 
 namespace dorvik::Flatpak {
 
-enum class Installation { user, system };
+using Installation = platform::FlatpakInstallation;
 
 struct FlatpakApp {
     std::string id; // reverse-DNS, as in org.mozilla.firefox
@@ -25,10 +26,6 @@ struct FlatpakApp {
 
     bool operator==(const FlatpakApp&) const = default;
 };
-
-// <installation>/app: $XDG_DATA_HOME/flatpak/app for the user, /var/lib/flatpak/app for the
-// system (below DORVIK_SYSTEM_ROOT when tests set it).
-std::string appsFolder(Installation installation);
 
 // The app in `folder` (<installation>/app/<id>), when its current/active deployment holds a
 // metadata file naming `id` as an application.
@@ -57,8 +54,5 @@ inline constexpr DataLocation dataLocations[] = {
 // parts and what the matching rule finds for it in the places above, each measured, largest first;
 // last used when its data last changed.
 InstalledApp inspect(const FlatpakApp& app);
-
-// The command line that uninstalls the app from its installation.
-std::vector<std::string> uninstallCommand(const FlatpakApp& app);
 
 } // namespace dorvik::Flatpak

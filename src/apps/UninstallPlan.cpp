@@ -1,6 +1,7 @@
 #include "apps/UninstallPlan.h"
 
 #include "base/PathNames.h"
+#include "platform/FlatpakPlaces.h"
 
 namespace dorvik {
 
@@ -11,7 +12,10 @@ PlanItem relatedPlanItem(const RelatedItem& item) {
 }
 
 std::vector<PlanItem> uninstallPlanItems(const InstalledApp& app) {
-    PlanItem bundle = makePlanItem(app.path, app.appSize, Removal::trash);
+    // A Flatpak app is uninstalled by Flatpak; a bundle goes to the Trash like its data.
+    const Removal removal =
+        platform::flatpakAppOfFolder(app.path) ? Removal::uninstall : Removal::trash;
+    PlanItem bundle = makePlanItem(app.path, app.appSize, removal);
     bundle.name = app.name;
     std::vector<PlanItem> items{std::move(bundle)};
     for (const RelatedItem& item : app.related) {

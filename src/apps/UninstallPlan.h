@@ -1,7 +1,8 @@
 #pragma once
 
 // What uninstalling an application, or cleaning up after one already gone, puts in a removal
-// plan. Everything goes to the Trash, so both can be undone from the history.
+// plan. Everything goes to the Trash, so both can be undone from the history, except a Flatpak
+// app itself, which Flatpak uninstalls.
 
 #include "apps/InstalledApp.h"
 #include "removal/DeletionPlan.h"
@@ -14,7 +15,7 @@ namespace dorvik {
 // One item for data outside a bundle, named "<label> · <last path component>".
 PlanItem relatedPlanItem(const RelatedItem& item);
 
-// The bundle under the application's name, then each related item in order.
+// The bundle (or Flatpak app) under the application's name, then each related item in order.
 std::vector<PlanItem> uninstallPlanItems(const InstalledApp& app);
 
 // "Uninstall <name>".

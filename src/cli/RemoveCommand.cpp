@@ -30,6 +30,9 @@ int64_t totalSize(const std::vector<PlanItem>& items) {
 
 void printPlan(const DeletionPlan& plan, bool permanent, bool includeReview) {
     std::cout << Wording::shown(plan.title) << "\n" << PlanTexts::headline(permanent) << "\n";
+    if (const auto note = PlanTexts::uninstallNote(plan)) {
+        std::cout << *note << "\n";
+    }
     const auto lists = itemsByRisk(plan);
     for (Risk risk : allRisks) {
         const std::vector<PlanItem>& items = lists[static_cast<size_t>(risk)];

@@ -9,15 +9,6 @@ namespace {
 constexpr int dismissedStatus = 126;
 constexpr int notAuthorisedStatus = 127;
 
-std::string trimmed(const std::string& text) {
-    const size_t first = text.find_first_not_of(" \t\r\n");
-    if (first == std::string::npos) {
-        return {};
-    }
-    const size_t last = text.find_last_not_of(" \t\r\n");
-    return text.substr(first, last - first + 1);
-}
-
 } // namespace
 
 std::vector<std::string> privilegedArguments(const std::string& commandLine) {
@@ -34,11 +25,7 @@ std::optional<std::string> runPrivileged(const std::string& commandLine, std::st
         (result.exitStatus == dismissedStatus || result.exitStatus == notAuthorisedStatus)) {
         return std::string(cancelledMessage);
     }
-    std::string message = trimmed(result.errorOutput);
-    if (message.empty()) {
-        return std::string(fallback);
-    }
-    return message;
+    return toolMessage(result, fallback);
 }
 
 } // namespace dorvik::platform

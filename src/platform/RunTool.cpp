@@ -71,6 +71,16 @@ void drain(Pipe& out, Pipe& err, std::string& output, std::string& errorOutput) 
 
 } // namespace
 
+std::string toolMessage(const ToolRun& run, std::string_view fallback) {
+    const std::string& text = run.errorOutput;
+    const size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos) {
+        return std::string(fallback);
+    }
+    const size_t last = text.find_last_not_of(" \t\r\n");
+    return text.substr(first, last - first + 1);
+}
+
 std::string repairedUtf8(const std::string& bytes) {
     std::string result;
     result.reserve(bytes.size());

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dorvik::platform {
@@ -29,6 +30,10 @@ std::string runTool(const std::string& path, const std::vector<std::string>& arg
 
 // Whether `path` names a file this process may execute.
 bool isExecutable(const std::string& path);
+
+// What a tool that failed said on standard error, without the blank space around it, or
+// `fallback` when it said nothing.
+std::string toolMessage(const ToolRun& run, std::string_view fallback);
 
 // `bytes` with every sequence that is not UTF-8 replaced by U+FFFD.
 std::string repairedUtf8(const std::string& bytes);

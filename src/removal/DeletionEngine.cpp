@@ -2,6 +2,9 @@
 
 #include "base/Dates.h"
 #include "base/Uuid.h"
+#include "platform/FileSystem.h"
+#include "platform/FlatpakPlaces.h"
+#include "platform/FlatpakUninstall.h"
 #include "platform/PinnedFolder.h"
 #include "platform/RemoveItem.h"
 #include "platform/Trash.h"
@@ -23,6 +26,10 @@ constexpr std::string_view mountedHere =
     "Another disk or folder is mounted here. It was left alone.";
 constexpr std::string_view movedMeanwhile =
     "A folder above it was moved or replaced while it was checked. Nothing was touched.";
+constexpr std::string_view flatpakAppsGoByUninstall =
+    "A Flatpak app is removed by uninstalling it, which asks Flatpak. It was left alone.";
+constexpr std::string_view onlyFlatpakAppsUninstall = "Only a Flatpak app can be uninstalled.";
+constexpr std::string_view leftInPlace = "Flatpak reported no error, yet the app is still there.";
 
 DeletionFailure failure(const std::string& path, std::string reason) {
     return DeletionFailure{Uuid::make(), path, std::move(reason)};
@@ -59,7 +66,31 @@ std::string pinFailureReason(const platform::FileError& error, int errorNumber) 
 
 } // namespace
 
-DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal* journal) {
+namespace {
+
+// Uninstalls the app with Flatpak. The entry of the history when it went, with no Trash path:
+// nothing can bring it back. Otherwise the failure is in the report.
+std::optional<HistoryEntry> uninstalled(const DeletionRequest& request,
+                                        const platform::FlatpakAppFolder& app,
+                                        DeletionReport& report,
+                                        const platform::ProcessRunner& runTool) {
+    if (auto problem = platform::uninstallFlatpakApp(app, runTool)) {
+        report.failures.push_back(failure(request.path, std::move(*problem)));
+        return std::nullopt;
+    }
+    if (platform::pathExists(request.path)) {
+        report.failures.push_back(failure(request.path, std::string(leftInPlace)));
+        return std::nullopt;
+    }
+    report.freed += request.size;
+    return HistoryEntry{Uuid::make(), Dates::now(), request.path, std::nullopt,
+                        request.size, false,        std::nullopt};
+}
+
+} // namespace
+
+DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal* journal,
+                    const platform::ProcessRunner& runTool) {
     DeletionOutcome outcome;
     DeletionReport& report = outcome.report;
     for (const DeletionRequest& request : requests) {
@@ -72,6 +103,23 @@ DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal
         SafetyVerdict verdict = SafetyRules::verdict(request.path);
         if (verdict.risk == Risk::protected_) {
             report.skippedProtected.push_back(failure(request.path, std::move(verdict.reason)));
+            continue;
+        }
+        const auto flatpakApp = platform::flatpakAppOfFolder(request.path);
+        if (flatpakApp.has_value() != (request.removal == Removal::uninstall)) {
+            report.failures.push_back(failure(
+                request.path,
+                std::string(flatpakApp ? flatpakAppsGoByUninstall : onlyFlatpakAppsUninstall)));
+            continue;
+        }
+        if (flatpakApp) {
+            if (auto entry = uninstalled(request, *flatpakApp, report, runTool)) {
+                if (journal != nullptr) {
+                    journal->recorded(*entry);
+                }
+                report.deletedPaths.push_back(request.path);
+                outcome.entries.push_back(std::move(*entry));
+            }
             continue;
         }
         if (!split) {

@@ -7,6 +7,7 @@
 // never measures anything: the sizes come from the requests.
 
 #include "platform/FileError.h"
+#include "platform/RunTool.h"
 #include "removal/DeletionRequest.h"
 #include "removal/HistoryEntry.h"
 
@@ -26,9 +27,11 @@ namespace DeletionEngine {
 
 // Every request in list order, strictly one after the other. It has no failure of its own: each
 // refusal lands in the report and the batch goes on. Each item is noted in `journal`, when one
-// is given, as it goes (see HistoryJournal). Blocks; run it on a worker.
-DeletionOutcome run(const std::vector<DeletionRequest>& requests,
-                    HistoryJournal* journal = nullptr);
+// is given, as it goes (see HistoryJournal). A Flatpak app's folder goes only by an uninstall,
+// which `runTool` carries out with Flatpak (tests record it instead), and an uninstall takes
+// nothing else. Blocks; run it on a worker.
+DeletionOutcome run(const std::vector<DeletionRequest>& requests, HistoryJournal* journal = nullptr,
+                    const platform::ProcessRunner& runTool = platform::runProcess);
 
 // The sentence the user reads for a refusal of the file system.
 std::string failureReason(const platform::FileError& error);

@@ -60,8 +60,10 @@ std::vector<DeletionRequest> planRequests(const DeletionPlan& plan, bool include
     std::vector<DeletionRequest> requests;
     for (const PlanItem& item : plan.items) {
         if (goes(item, includeReview)) {
+            // "Delete permanently" stands for the Trash; an uninstall is no Trash's business.
+            const bool bypassTrash = permanentDelete && item.removal == Removal::trash;
             requests.push_back(makeDeletionRequest(
-                item.path, item.size, permanentDelete ? Removal::permanent : item.removal));
+                item.path, item.size, bypassTrash ? Removal::permanent : item.removal));
         }
     }
     return requests;

@@ -56,8 +56,8 @@ PlanItem makePlanItem(const std::string& path, int64_t size, Removal removal);
 std::optional<DeletionPlan> makePlan(const std::vector<PlanItem>& items, std::string title);
 
 // The requests for what was confirmed: the safe items, and the review items only when the user
-// accepted them; never the protected ones. Each goes as the item says, or for good when the
-// user's setting asks every removal to bypass the Trash.
+// accepted them; never the protected ones. Each goes as the item says, or for good instead of to
+// the Trash when the user's setting asks every removal to bypass the Trash.
 std::vector<DeletionRequest> planRequests(const DeletionPlan& plan, bool includeReview,
                                           bool permanentDelete);
 

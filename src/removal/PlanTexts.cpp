@@ -17,6 +17,16 @@ std::string protectedNote(size_t protectedCount) {
     return std::to_string(protectedCount) + " protected item(s) won\u2019t be touched.";
 }
 
+std::optional<std::string_view> uninstallNote(const DeletionPlan& plan) {
+    for (const PlanItem& item : plan.items) {
+        if (item.removal == Removal::uninstall && item.verdict.risk != Risk::protected_) {
+            return "Flatpak uninstalls the app itself: it can\u2019t be put back from the Trash or "
+                   "from History. Its data goes to the Trash.";
+        }
+    }
+    return std::nullopt;
+}
+
 std::string_view confirmButton(bool permanentDelete) {
     return permanentDelete ? "Delete Permanently" : "Delete";
 }

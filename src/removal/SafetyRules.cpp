@@ -3,6 +3,7 @@
 #include "base/PathNames.h"
 #include "catalogue/JunkCatalogue.h"
 #include "platform/Bundle.h"
+#include "platform/FlatpakPlaces.h"
 #include "platform/HomeDirectory.h"
 #include "platform/ResolvedPath.h"
 #include "platform/RunningApplications.h"
@@ -153,6 +154,15 @@ SafetyVerdict applicationVerdict(std::string_view input, std::string_view path) 
     return answer(Risk::review, applicationReason);
 }
 
+SafetyVerdict flatpakAppVerdict(const platform::FlatpakAppFolder& app) {
+    const std::vector<std::string> running = platform::runningApplicationIdentifiers();
+    if (std::ranges::find(running, app.id) != running.end()) {
+        return answer(Risk::protected_, "The app is open. Quit it before removing it.");
+    }
+    return answer(Risk::review, "Flatpak app. Uninstalling it asks Flatpak to remove it; it "
+                                "can\u2019t be put back from the Trash.");
+}
+
 // The ordered steps over the text of `path`, with `home` as the home folder and `dataHome` as the
 // user's data folder.
 SafetyVerdict textVerdict(std::string_view input, const std::string& path, const std::string& home,
@@ -165,6 +175,11 @@ SafetyVerdict textVerdict(std::string_view input, const std::string& path, const
     }
     if (pieceCount(path) < 2) {
         return answer(Risk::protected_, rootReason);
+    }
+    // A Flatpak app's own folder is Flatpak's to remove, even in the system's installation under
+    // /var/lib; everything inside it is judged by the tables as usual.
+    if (const auto flatpakApp = platform::flatpakAppOfFolder(path)) {
+        return flatpakAppVerdict(*flatpakApp);
     }
     for (const auto& table : {std::span<const ProtectedPath>(systemPaths),
                               std::span<const ProtectedPath>(linuxSystemPaths)}) {

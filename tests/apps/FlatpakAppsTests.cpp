@@ -49,8 +49,8 @@ TEST(Flatpak, AppsOfBothInstallationsAreReadFromTheirFiles) {
     test::ScopedEnvironment root("DORVIK_SYSTEM_ROOT", system.path());
     const std::string userApps = testHome.dataHome + "/flatpak/app";
     const std::string systemApps = system / "var/lib/flatpak/app";
-    EXPECT_EQ(Flatpak::appsFolder(Installation::user), userApps);
-    EXPECT_EQ(Flatpak::appsFolder(Installation::system), systemApps);
+    EXPECT_EQ(platform::flatpakAppsFolder(Installation::user), userApps);
+    EXPECT_EQ(platform::flatpakAppsFolder(Installation::system), systemApps);
 
     const std::string writer = deploy(userApps, {"org.example.Writer", "Writer", "2.4.1", 100000});
     test::writeText(writer + "/export/share/icons/hicolor/64x64/apps/org.example.Writer.png", "x");
@@ -120,16 +120,6 @@ TEST(Flatpak, AnAppIsShownWithItsSandboxDataAndWhatMatchesItOutside) {
     EXPECT_TRUE(std::ranges::is_sorted(app.related, std::greater{}, &RelatedItem::size));
     EXPECT_EQ(app.lastUsed, 1'700'000'000.0);
     EXPECT_FALSE(app.isApple);
-}
-
-TEST(Flatpak, UninstallCommandNamesTheInstallation) {
-    FlatpakApp app;
-    app.id = "org.example.Tool";
-    EXPECT_EQ(Flatpak::uninstallCommand(app),
-              (std::vector<std::string>{"flatpak", "uninstall", "--user", "--noninteractive", "-y",
-                                        "org.example.Tool"}));
-    app.installation = Installation::system;
-    EXPECT_EQ(Flatpak::uninstallCommand(app)[2], "--system");
 }
 
 } // namespace

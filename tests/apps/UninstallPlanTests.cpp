@@ -42,5 +42,19 @@ TEST(UninstallPlan, BundleThenRelatedItemsAllToTheTrashWithTheirVerdicts) {
     EXPECT_EQ(removedAppTitle(removed), "Leftovers of Writer");
 }
 
+TEST(UninstallPlan, AFlatpakAppIsUninstalledAndItsDataGoesToTheTrash) {
+    test::TestHome testHome;
+    InstalledApp app;
+    app.path = testHome.dataHome + "/flatpak/app/org.example.Tool";
+    app.name = "Toolbox";
+    app.related = {{testHome.home + "/.var/app/org.example.Tool/data", "Sandbox Data", 10}};
+    const auto items = uninstallPlanItems(app);
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(items[0].removal, Removal::uninstall);
+    EXPECT_EQ(items[0].verdict.risk, Risk::review);
+    EXPECT_EQ(items[1].removal, Removal::trash);
+    EXPECT_EQ(items[1].name, "Sandbox Data · data");
+}
+
 } // namespace
 } // namespace dorvik

@@ -382,3 +382,95 @@ TEST(DeletionEngine, FailuresInWords) {
 
 } // namespace
 } // namespace dorvik
+
+namespace dorvik {
+namespace {
+
+// Stands in for Flatpak, which no test runs: records each command line and, when told to, takes
+// the app's folder away as Flatpak would.
+struct FakeFlatpak {
+    std::vector<std::vector<std::string>> calls;
+    platform::ToolRun answer{true, 0, "", ""};
+    std::string removes; // the folder the uninstall takes away, if any
+
+    platform::ProcessRunner runner() {
+        return [this](const std::vector<std::string>& argv) {
+            calls.push_back(argv);
+            if (!removes.empty()) {
+                fs::remove_all(removes);
+            }
+            return answer;
+        };
+    }
+};
+
+TEST_F(DeletionEngineTest, AFlatpakAppGoesOnlyByUninstallingItWithFlatpak) {
+    const std::string apps = dataHome + "/flatpak/app";
+    const std::string app = apps + "/org.example.Writer";
+    const std::string data = home + "/.var/app/org.example.Writer";
+    const std::vector<std::string> command = {
+        "/usr/bin/flatpak", "uninstall", "--user", "--noninteractive", "-y", "org.example.Writer"};
+    const std::string goByUninstall =
+        "A Flatpak app is removed by uninstalling it, which asks Flatpak. It was left alone.";
+    struct Case {
+        std::string path;
+        Removal removal;
+        platform::ToolRun answer;
+        bool flatpakRemoves;
+        std::vector<std::vector<std::string>> calls;
+        std::string failure; // empty when it went
+    };
+    const std::vector<Case> cases = {
+        {app, Removal::uninstall, {true, 0, "", ""}, true, {command}, ""},
+        {app,
+         Removal::uninstall,
+         {true, 1, "", "error: org.example.Writer is running\n"},
+         false,
+         {command},
+         "error: org.example.Writer is running"},
+        {app,
+         Removal::uninstall,
+         {false, -1, "", ""},
+         false,
+         {command},
+         "Flatpak is not installed."},
+        {app,
+         Removal::uninstall,
+         {true, 0, "", ""},
+         false,
+         {command},
+         "Flatpak reported no error, yet the app is still there."},
+        // Never around Flatpak, whichever way is asked; and nothing else is uninstalled.
+        {app, Removal::trash, {true, 0, "", ""}, true, {}, goByUninstall},
+        {app, Removal::permanent, {true, 0, "", ""}, true, {}, goByUninstall},
+        {data,
+         Removal::uninstall,
+         {true, 0, "", ""},
+         true,
+         {},
+         "Only a Flatpak app can be uninstalled."},
+    };
+    for (const Case& c : cases) {
+        test::writeFile(app + "/x86_64/stable/abc/files/program", 5000);
+        test::writeFile(data + "/config/settings", 100);
+        FakeFlatpak flatpak{{}, c.answer, c.flatpakRemoves ? c.path : ""};
+        const DeletionOutcome outcome =
+            DeletionEngine::run({request(c.path, 7000, c.removal)}, nullptr, flatpak.runner());
+        EXPECT_EQ(flatpak.calls, c.calls) << c.path;
+        if (c.failure.empty()) {
+            EXPECT_EQ(outcome.report.deletedPaths, std::vector<std::string>{c.path});
+            EXPECT_EQ(outcome.report.freed, 7000);
+            ASSERT_EQ(outcome.entries.size(), 1u);
+            EXPECT_FALSE(outcome.entries[0].trashPath.has_value()); // nothing brings it back
+        } else {
+            ASSERT_EQ(outcome.report.failures.size(), 1u) << c.path;
+            EXPECT_EQ(outcome.report.failures[0].reason, c.failure);
+            EXPECT_TRUE(outcome.entries.empty());
+            EXPECT_EQ(outcome.report.freed, 0);
+            EXPECT_TRUE(test::entryExists(data + "/config/settings"));
+        }
+    }
+}
+
+} // namespace
+} // namespace dorvik

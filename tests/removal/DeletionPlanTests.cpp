@@ -101,7 +101,8 @@ TEST(DeletionPlan, OnlyWhatWasConfirmedBecomesARequest) {
                             {item("/s/cache", Risk::safe, 10, Removal::permanent),
                              item("/s/archive", Risk::review, 20, Removal::trash),
                              item("/s/keychain", Risk::protected_, 40, Removal::trash),
-                             item("/s/download", Risk::safe, 80, Removal::trash)}};
+                             item("/s/download", Risk::safe, 80, Removal::trash),
+                             item("/s/org.example.App", Risk::review, 5, Removal::uninstall)}};
     const struct {
         bool includeReview;
         bool permanentDelete;
@@ -112,14 +113,15 @@ TEST(DeletionPlan, OnlyWhatWasConfirmedBecomesARequest) {
         {false, false, {"/s/cache", "/s/download"}, {Removal::permanent, Removal::trash}, 90},
         {true,
          false,
-         {"/s/cache", "/s/archive", "/s/download"},
-         {Removal::permanent, Removal::trash, Removal::trash},
-         110},
+         {"/s/cache", "/s/archive", "/s/download", "/s/org.example.App"},
+         {Removal::permanent, Removal::trash, Removal::trash, Removal::uninstall},
+         115},
+        // Bypassing the Trash leaves an uninstall as it is.
         {true,
          true,
-         {"/s/cache", "/s/archive", "/s/download"},
-         {Removal::permanent, Removal::permanent, Removal::permanent},
-         110},
+         {"/s/cache", "/s/archive", "/s/download", "/s/org.example.App"},
+         {Removal::permanent, Removal::permanent, Removal::permanent, Removal::uninstall},
+         115},
         {false, true, {"/s/cache", "/s/download"}, {Removal::permanent, Removal::permanent}, 90},
     };
     for (const auto& c : cases) {
@@ -141,7 +143,7 @@ TEST(DeletionPlan, OnlyWhatWasConfirmedBecomesARequest) {
 
     const auto lists = itemsByRisk(plan);
     EXPECT_EQ(paths(lists[0]), (std::vector<std::string>{"/s/cache", "/s/download"}));
-    EXPECT_EQ(paths(lists[1]), std::vector<std::string>{"/s/archive"});
+    EXPECT_EQ(paths(lists[1]), (std::vector<std::string>{"/s/archive", "/s/org.example.App"}));
     EXPECT_EQ(paths(lists[2]), std::vector<std::string>{"/s/keychain"});
     // A plan of review items alone sends nothing until they are accepted.
     const DeletionPlan reviewOnly{"id", "Delete Items", {item("/s/archive", Risk::review, 20)}};
@@ -226,6 +228,23 @@ TEST(PlanTexts, TheSettingDecidesTheWords) {
     EXPECT_EQ(PlanTexts::reviewConsent(2),
               "I\u2019ve reviewed the 2 item(s) marked **Review** and want to delete them");
     EXPECT_EQ(PlanTexts::protectedNote(1), "1 protected item(s) won\u2019t be touched.");
+}
+
+} // namespace
+} // namespace dorvik
+
+namespace dorvik {
+namespace {
+
+TEST(DeletionPlan, APlanThatUninstallsSaysThatPartHasNoWayBack) {
+    const PlanItem app = item("/s/org.example.App", Risk::review, 5, Removal::uninstall);
+    const PlanItem data = item("/s/data", Risk::review, 5, Removal::trash);
+    PlanItem refusedApp = app;
+    refusedApp.verdict.risk = Risk::protected_;
+    EXPECT_TRUE(PlanTexts::uninstallNote({"id", "Uninstall App", {app, data}}).has_value());
+    EXPECT_FALSE(PlanTexts::uninstallNote({"id", "Uninstall App", {data}}).has_value());
+    // An app the rules refuse is not uninstalled, so nothing is said of it.
+    EXPECT_FALSE(PlanTexts::uninstallNote({"id", "Uninstall App", {refusedApp, data}}).has_value());
 }
 
 } // namespace

@@ -394,6 +394,28 @@ TEST(SafetyRules, ApplicationBundles) {
     });
 }
 
+TEST(SafetyRules, AFlatpakAppsOwnFolderIsForReviewAndWhatIsInsideAsTheTablesSay) {
+    test::TempDir dir;
+    test::ScopedEnvironment home("HOME", dir / "home");
+    test::ScopedEnvironment data("XDG_DATA_HOME", dir / "home/.local/share");
+    const std::string flatpak =
+        "Flatpak app. Uninstalling it asks Flatpak to remove it; it can\u2019t be put back from "
+        "the Trash.";
+    const std::string packages = "Data of the system's packages and services.";
+    const std::string userApps = dir / "home/.local/share/flatpak/app";
+    expectVerdicts({
+        {"/var/lib/flatpak/app/org.example.Writer", review, flatpak},
+        {"/var/lib/flatpak/app/org.example.Writer/x86_64", guarded, packages},
+        {"/var/lib/flatpak/app", guarded, packages},
+        {"/var/lib/flatpak/app/org.example", guarded, packages},
+        {"/var/lib/flatpak/runtime/org.example.Platform", guarded, packages},
+        {userApps + "/org.example.Writer", review, flatpak},
+        {userApps + "/org.example.Writer-2_beta", review, flatpak},
+    });
+    EXPECT_NE(SafetyRules::verdict(userApps + "/org.example.Writer/current").reason, flatpak);
+    EXPECT_NE(SafetyRules::verdict(userApps + "/org.exam ple.Writer").reason, flatpak);
+}
+
 TEST(SafetyRules, ARunningApplicationIsProtectedWhileItRuns) {
     test::TempDir dir;
     test::ScopedEnvironment home("HOME", dir / "home");

@@ -227,6 +227,11 @@ QWidget* ConfirmDeletionView::makeHead() {
     lines->setSpacing(2);
     lines->addWidget(title);
     lines->addWidget(line);
+    if (const auto note = PlanTexts::uninstallNote(plan_)) {
+        auto* uninstall = Style::label(shownText(*note), Style::TextRole::secondary);
+        uninstall->setWordWrap(true);
+        lines->addWidget(uninstall);
+    }
     return head;
 }
 
