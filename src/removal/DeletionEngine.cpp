@@ -64,10 +64,6 @@ std::string pinFailureReason(const platform::FileError& error, int errorNumber) 
     return failureReason(error);
 }
 
-} // namespace
-
-namespace {
-
 // Uninstalls the app with Flatpak. The entry of the history when it went, with no Trash path:
 // nothing can bring it back. Otherwise the failure is in the report.
 std::optional<HistoryEntry> uninstalled(const DeletionRequest& request,
