@@ -35,7 +35,9 @@ RemovedAppBanner::RemovedAppBanner(AppState& state, QWidget* parent)
     : QWidget(parent), state_(state), headline_(Style::label({}, Style::TextRole::headline)),
       caption_(Style::label({}, Style::TextRole::caption)), notNow_(new QPushButton(tr("Not Now"))),
       review_(new QPushButton(tr("Review and Remove…"))) {
-    // The card stands off the window's edges as the pages' content does.
+    // The card stands on the pages' ground, off the window's edges as their content does.
+    setProperty("page", true);
+    setAttribute(Qt::WA_StyledBackground);
     auto* card = new QFrame;
     Style::makeCard(card);
     auto* outer = new QVBoxLayout(this);
