@@ -11,9 +11,11 @@
 #include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
 #include "state/JunkState.h"
+#include "state/LeftoversState.h"
 #include "state/MainThreadRelay.h"
 #include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
+#include "state/RemovedAppState.h"
 #include "state/SettingsState.h"
 #include "state/StoreWatcher.h"
 #include "state/SystemDataState.h"
@@ -90,6 +92,12 @@ public:
     // The Developer page's artifacts and virtual disks.
     DeveloperState& developer() { return developer_; }
     const DeveloperState& developer() const { return developer_; }
+    // The App Leftovers page's search.
+    LeftoversState& leftovers() { return leftovers_; }
+    const LeftoversState& leftovers() const { return leftovers_; }
+    // The application last reported gone, shown in the banner above the pages.
+    RemovedAppState& removedApp() { return removedApp_; }
+    const RemovedAppState& removedApp() const { return removedApp_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -173,6 +181,8 @@ private:
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
     SystemDataState systemData_{*this};
+    LeftoversState leftovers_{removal_};
+    RemovedAppState removedApp_{removal_};
 };
 
 } // namespace dorvik

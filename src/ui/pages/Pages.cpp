@@ -7,6 +7,7 @@
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/leftovers/LeftoversView.h"
 #include "ui/pages/quickclean/QuickCleanView.h"
 #include "ui/pages/system/SystemDataView.h"
 #include "ui/pages/types/TypesView.h"
@@ -39,9 +40,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Every app along with the data it keeps outside its bundle: caches, containers, "
           "preferences…",
           nullptr, nullptr}},
-        {AppSection::leftovers,
-         {"App Leftovers", "Data in ~/Library from apps that are no longer installed on this Mac.",
-          nullptr, nullptr}},
         {AppSection::loginItems,
          {"Login Items",
           "Background agents and daemons that start with your Mac. Removing one stops it from "
@@ -73,6 +71,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new DuplicatesView(state);
     case AppSection::developer:
         return new DeveloperView(state);
+    case AppSection::leftovers:
+        return new LeftoversView(state);
     default:
         break;
     }

@@ -5,6 +5,7 @@
 #include "ui/sheets/ConfirmDeletionView.h"
 #include "ui/sheets/SettingsView.h"
 #include "ui/shell/AccessOnboardingView.h"
+#include "ui/shell/RemovedAppBanner.h"
 #include "ui/shell/SheetOverlay.h"
 #include "ui/shell/Sidebar.h"
 #include "ui/shell/ToastView.h"
@@ -68,6 +69,11 @@ QWidget* RootView::makeContent(std::chrono::milliseconds toastLifetime) {
     auto* bannerLayout = new QVBoxLayout(bannerSlot_);
     bannerLayout->setContentsMargins(0, 0, 0, 0);
     bannerSlot_->hide();
+    auto* removedAppBanner = new RemovedAppBanner(state_);
+    bannerLayout->addWidget(removedAppBanner);
+    // The slot shows while the removed-app report stands.
+    connect(&state_.removedApp(), &RemovedAppState::removedAppChanged, bannerSlot_,
+            [this] { bannerSlot_->setVisible(state_.removedApp().removedApp().has_value()); });
 
     pages_ = new QStackedWidget;
     for (AppSection section : allAppSections) {
