@@ -8,6 +8,7 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/AppsState.h"
 #include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
 #include "state/JunkState.h"
@@ -90,6 +91,9 @@ public:
     // The Developer page's artifacts and virtual disks.
     DeveloperState& developer() { return developer_; }
     const DeveloperState& developer() const { return developer_; }
+    // The installed applications and their uninstall.
+    AppsState& apps() { return apps_; }
+    const AppsState& apps() const { return apps_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -173,6 +177,7 @@ private:
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
     SystemDataState systemData_{*this};
+    AppsState apps_{*this};
 };
 
 } // namespace dorvik
