@@ -36,6 +36,8 @@ constexpr std::array commands = {
     Command{"duplicates",
             "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
             runDuplicates},
+    Command{"apps", "apps [--json]", runApps},
+    Command{"uninstall", "uninstall [--yes] APP_PATH", runUninstall},
 };
 
 void printUsage(std::ostream& out) {
