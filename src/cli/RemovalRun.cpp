@@ -1,19 +1,30 @@
 #include "cli/RemovalRun.h"
 
 #include "base/PathNames.h"
+#include "base/TextForms.h"
 #include "base/Wording.h"
 #include "cli/Arguments.h"
 #include "cli/TerminalText.h"
 #include "platform/Terminal.h"
 #include "removal/DeletionHistory.h"
+#include "removal/PlanTexts.h"
 #include "removal/RemovalTransaction.h"
 #include "removal/Toast.h"
 
+#include <iomanip>
 #include <iostream>
 
 namespace dorvik::cli {
 
 namespace {
+
+int64_t totalSize(const std::vector<PlanItem>& items) {
+    int64_t total = 0;
+    for (const PlanItem& item : items) {
+        total += item.size;
+    }
+    return total;
+}
 
 void printRefusals(const std::vector<DeletionFailure>& refusals) {
     for (const DeletionFailure& refusal : refusals) {
@@ -23,6 +34,39 @@ void printRefusals(const std::vector<DeletionFailure>& refusals) {
 }
 
 } // namespace
+
+void printPlan(const DeletionPlan& plan, bool permanent, bool includeReview) {
+    std::cout << Wording::shown(plan.title) << "\n" << PlanTexts::headline(permanent) << "\n";
+    if (const auto note = PlanTexts::uninstallNote(plan)) {
+        std::cout << *note << "\n";
+    }
+    const auto lists = itemsByRisk(plan);
+    for (Risk risk : allRisks) {
+        const std::vector<PlanItem>& items = lists[static_cast<size_t>(risk)];
+        if (items.empty()) {
+            continue;
+        }
+        std::cout << "\n"
+                  << info(risk).label << ": " << items.size() << " \u00B7 "
+                  << TextForms::size(totalSize(items)) << "\n";
+        for (const PlanItem& item : items) {
+            std::cout << "  " << std::setw(10) << TextForms::size(item.size) << "  "
+                      << shownPath(item.path) << "  (" << Wording::shown(item.verdict.reason)
+                      << ")\n";
+        }
+    }
+    std::cout << "\n";
+    const size_t reviewCount = lists[static_cast<size_t>(Risk::review)].size();
+    if (reviewCount > 0 && !includeReview) {
+        std::cout << reviewCount << " item(s) marked Review stay; add --include-review to delete "
+                  << "them too.\n";
+    }
+    const size_t protectedCount = lists[static_cast<size_t>(Risk::protected_)].size();
+    if (protectedCount > 0) {
+        std::cout << PlanTexts::protectedNote(protectedCount) << "\n";
+    }
+    std::cout << "Total: " << TextForms::size(plannedTotal(plan, includeReview)) << "\n";
+}
 
 bool confirmed(const std::string& question, bool yes) {
     if (yes) {

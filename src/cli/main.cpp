@@ -37,6 +37,8 @@ constexpr std::array commands = {
             "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
             runDuplicates},
     Command{"leftovers", "leftovers [--json]", runLeftovers},
+    Command{"apps", "apps [--json]", runApps},
+    Command{"uninstall", "uninstall [--yes] APP_PATH", runUninstall},
 };
 
 void printUsage(std::ostream& out) {

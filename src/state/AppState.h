@@ -8,6 +8,7 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/AppsState.h"
 #include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
 #include "state/JunkState.h"
@@ -98,6 +99,9 @@ public:
     // The application last reported gone, shown in the banner above the pages.
     RemovedAppState& removedApp() { return removedApp_; }
     const RemovedAppState& removedApp() const { return removedApp_; }
+    // The installed applications and their uninstall.
+    AppsState& apps() { return apps_; }
+    const AppsState& apps() const { return apps_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -183,6 +187,7 @@ private:
     SystemDataState systemData_{*this};
     LeftoversState leftovers_{removal_};
     RemovedAppState removedApp_{removal_};
+    AppsState apps_{*this};
 };
 
 } // namespace dorvik

@@ -204,6 +204,16 @@ QString styleSheet(const QPalette& palette) {
                  .arg(css(faded(accentColour, 0.35)), css(base));
     sheet += QStringLiteral("QPushButton[destructive=\"true\"] { color: %1; }\n")
                  .arg(css(danger(palette)));
+    sheet += QStringLiteral("QPushButton[destructive=\"true\"]:disabled { color: %1; }\n")
+                 .arg(css(palette.color(QPalette::Disabled, QPalette::ButtonText)));
+    // The filter toggles of a page lie on the page's own ground, where the style's box would be
+    // drawn in that very colour in the dark appearance: they draw their box themselves.
+    sheet += QStringLiteral("QCheckBox[filterToggle=\"true\"]::indicator { width: 12px;"
+                            " height: 12px; border: 1px solid %1; border-radius: 3px;"
+                            " background: %2; }\n"
+                            "QCheckBox[filterToggle=\"true\"]::indicator:checked {"
+                            " border-color: %3; background: %3; }\n")
+                 .arg(css(tertiaryText(palette)), css(base), css(accentColour));
     // Buttons joined side by side, as one control.
     sheet +=
         QStringLiteral("QPushButton[segment=\"first\"] { border-top-right-radius: 0;"

@@ -1,6 +1,7 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/apps/AppsView.h"
 #include "ui/pages/developer/DeveloperView.h"
 #include "ui/pages/duplicates/DuplicatesView.h"
 #include "ui/pages/explorer/ExplorerView.h"
@@ -35,11 +36,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "Files iCloud keeps downloaded on this Mac. Remove the download and they stay in "
           "iCloud, ready to download again when you open them.",
           nullptr, nullptr}},
-        {AppSection::apps,
-         {"Applications",
-          "Every app along with the data it keeps outside its bundle: caches, containers, "
-          "preferences…",
-          nullptr, nullptr}},
         {AppSection::loginItems,
          {"Login Items",
           "Background agents and daemons that start with your Mac. Removing one stops it from "
@@ -73,6 +69,8 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new DeveloperView(state);
     case AppSection::leftovers:
         return new LeftoversView(state);
+    case AppSection::apps:
+        return new AppsView(state);
     default:
         break;
     }
