@@ -36,6 +36,7 @@ constexpr std::array commands = {
     Command{"duplicates",
             "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
             runDuplicates},
+    Command{"overview", "overview [PATH | --load FILE] [--json]", runOverview},
 };
 
 void printUsage(std::ostream& out) {
