@@ -60,8 +60,10 @@ RowButton* recommendationRow(const Recommendation& recommendation) {
     bold.setWeight(QFont::DemiBold);
     title->setFont(bold);
     words->addWidget(title);
-    QLabel* detail = Style::label(shownText(recommendation.detail), Style::TextRole::secondary);
-    detail->setWordWrap(true);
+    // One line each, the list stays even; the whole sentence is in the tool tip when cut.
+    auto* detail = new ElidedLabel;
+    Style::setTextRole(detail, Style::TextRole::secondary);
+    detail->setText(shownText(recommendation.detail));
     words->addWidget(detail);
     row->content()->addLayout(words, 1);
     row->content()->addWidget(sizeLabel(recommendation.size));

@@ -11,7 +11,6 @@
 #include "ui/widgets/PageHeader.h"
 #include "ui/widgets/PageScroll.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollArea>
 #include <QTimer>
@@ -55,11 +54,8 @@ OverviewView::OverviewView(AppState& state, QWidget* parent)
     column->addWidget(stats_);
     column->addWidget(teaser_);
     column->addWidget(composition_);
-    auto* lower = new QHBoxLayout;
-    lower->setSpacing(Style::sectionGap);
-    lower->addWidget(recommendations_, 3, Qt::AlignTop);
-    lower->addWidget(biggestFolders_, 2, Qt::AlignTop);
-    column->addLayout(lower);
+    column->addWidget(recommendations_);
+    column->addWidget(biggestFolders_);
     column->addStretch(1);
 
     setContent(makePageScroll(content));
