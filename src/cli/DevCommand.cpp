@@ -9,7 +9,6 @@
 #include "cli/TerminalText.h"
 #include "platform/HomeDirectory.h"
 #include "platform/JsonCoding.h"
-#include "scanning/WalkThreads.h"
 
 #include <nlohmann/json.hpp>
 
@@ -101,23 +100,7 @@ nlohmann::json disksJson(const std::vector<VirtualDisk>& disks) {
 } // namespace
 
 int runDev(Arguments& arguments) {
-    std::optional<std::string> folder;
-    std::optional<std::string> archive;
-    bool json = false;
-    while (!arguments.done()) {
-        const std::string word = arguments.take();
-        if (word == "--load") {
-            archive = arguments.value(word);
-        } else if (word == "--json") {
-            json = true;
-        } else if (word.starts_with("-") || folder) {
-            throw UsageError("unexpected " + word);
-        } else {
-            folder = normalisedPath(word);
-        }
-    }
-    const std::optional<ScanResult> scan =
-        scanFolderOrArchive(folder, archive, scanExclusions({}, true), machineThreads());
+    const auto [scan, json] = scanFromWords(arguments);
     if (!scan) {
         return 1;
     }

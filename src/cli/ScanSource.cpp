@@ -7,6 +7,7 @@
 #include "scanning/ScanArchive.h"
 #include "scanning/ScanPaths.h"
 #include "scanning/Scanner.h"
+#include "scanning/WalkThreads.h"
 #include "state/StoredExclusions.h"
 
 #include <iostream>
@@ -88,6 +89,25 @@ std::optional<ScanResult> scanFolderOrArchive(const std::optional<std::string>& 
         return loadArchivedScan(*archive);
     }
     return scanOnTerminal(folder.value_or(normalisedPath(".")), excluded, threads);
+}
+
+ScanAndFormat scanFromWords(Arguments& arguments) {
+    std::optional<std::string> folder;
+    std::optional<std::string> archive;
+    bool json = false;
+    while (!arguments.done()) {
+        const std::string word = arguments.take();
+        if (word == "--load") {
+            archive = arguments.value(word);
+        } else if (word == "--json") {
+            json = true;
+        } else if (word.starts_with("-") || folder) {
+            throw UsageError("unexpected " + word);
+        } else {
+            folder = normalisedPath(word);
+        }
+    }
+    return {scanFolderOrArchive(folder, archive, scanExclusions({}, true), machineThreads()), json};
 }
 
 } // namespace dorvik::cli

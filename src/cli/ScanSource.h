@@ -36,4 +36,14 @@ std::optional<ScanResult> scanFolderOrArchive(const std::optional<std::string>& 
                                               const std::optional<std::string>& archive,
                                               const std::set<std::string>& excluded, int threads);
 
+struct ScanAndFormat {
+    std::optional<ScanResult> scan; // none when the walk failed, its reason said
+    bool json = false;
+};
+
+// For a command of the words [PATH | --load FILE] [--json]: the scan they name, as
+// scanFolderOrArchive makes it with the stored exclusions on every thread, and the output asked
+// for. A usage error for any other word.
+ScanAndFormat scanFromWords(Arguments& arguments);
+
 } // namespace dorvik::cli

@@ -39,6 +39,7 @@ constexpr std::array commands = {
     Command{"leftovers", "leftovers [--json]", runLeftovers},
     Command{"apps", "apps [--json]", runApps},
     Command{"uninstall", "uninstall [--yes] APP_PATH", runUninstall},
+    Command{"overview", "overview [PATH | --load FILE] [--json]", runOverview},
 };
 
 void printUsage(std::ostream& out) {

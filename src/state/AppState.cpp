@@ -161,6 +161,7 @@ void AppState::finishScan(const std::shared_ptr<Scanner>& scanner, const ScanTar
     }
     setIsScanning(false);
     if (result) {
+        scanWasRestored_ = false;
         adoptScan(std::move(*result));
         writeArchive(target);
         if (snapshot) {
@@ -221,6 +222,7 @@ void AppState::restoreLastScan() {
                 state.scanTarget_ = archived->target;
                 emit state.scanTargetChanged();
             }
+            state.scanWasRestored_ = true;
             state.adoptScan(std::move(archived->scan));
         });
     });

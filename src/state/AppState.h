@@ -63,6 +63,8 @@ public:
     bool isRestoringScan() const { return isRestoringScan_; }
     const ScanProgressSnapshot& progress() const { return progress_; }
     const std::optional<ScanResult>& scan() const { return scan_; }
+    // The scan in force was read from the archive rather than made since the program started.
+    bool scanWasRestored() const { return scanWasRestored_; }
     // Counts the changes of the tree; derived lists key their caches on it.
     int revision() const { return revision_; }
     const std::optional<VolumeInfo>& volume() const { return volume_; }
@@ -177,6 +179,7 @@ private:
     bool isRestoringScan_ = false;
     ScanProgressSnapshot progress_;
     std::optional<ScanResult> scan_;
+    bool scanWasRestored_ = false;
     int revision_ = 0;
     std::optional<VolumeInfo> volume_;
     std::vector<FileNodePtr> explorerStack_;

@@ -37,4 +37,12 @@ std::optional<std::string> folderRowBadge(const FolderChange& change) {
     return std::nullopt;
 }
 
+std::optional<std::string> teaserText(const std::vector<ScanSnapshot>& history, double now) {
+    if (history.size() < 2) {
+        return std::nullopt;
+    }
+    return "Since the scan " + TextForms::relativeDate(history[1].date, now) + ": " +
+           TextForms::signedSize(sizeChange(history[1].total, history[0].total));
+}
+
 } // namespace dorvik::TrendTexts

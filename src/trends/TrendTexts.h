@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dorvik::TrendTexts {
 
@@ -36,5 +37,11 @@ std::string folderRowTitle(const FolderChange& change);
 
 // "New" for a folder that was not there, "Removed" for one that is gone; remainders have none.
 std::optional<std::string> folderRowBadge(const FolderChange& change);
+
+inline constexpr std::string_view teaserAction = "See what changed";
+
+// The Overview's line about the last two scans of a root (`history` newest first): "Since the
+// scan 3 days ago: +1.2 GB". None with fewer than two.
+std::optional<std::string> teaserText(const std::vector<ScanSnapshot>& history, double now);
 
 } // namespace dorvik::TrendTexts

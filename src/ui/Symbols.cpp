@@ -104,6 +104,8 @@ constexpr auto symbolIcons = std::to_array<SymbolIcon>({
     {"memorychip", "media-flash-symbolic"},
     {"brain", "applications-science-symbolic"},
     {"shippingbox", "package-x-generic-symbolic"},
+    {"calendar", "x-office-calendar-symbolic"},
+    {"circle.fill", "media-record-symbolic"},
 });
 
 // Draws a theme icon in one colour: the icon's own shape as a mask, filled with the tint.

@@ -9,8 +9,10 @@
 #include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/leftovers/LeftoversView.h"
+#include "ui/pages/overview/OverviewView.h"
 #include "ui/pages/quickclean/QuickCleanView.h"
 #include "ui/pages/system/SystemDataView.h"
+#include "ui/pages/trends/TrendsView.h"
 #include "ui/pages/types/TypesView.h"
 
 #include <map>
@@ -22,15 +24,6 @@ namespace {
 // The headers of the pages still to come, and what their scan prompts say.
 const std::map<AppSection, PendingPageTexts>& pendingPages() {
     static const std::map<AppSection, PendingPageTexts> pages = {
-        {AppSection::overview,
-         {"Overview", "", "What’s taking up your disk?",
-          "Dorvik measures your whole disk (real size on APFS, without counting hard links "
-          "twice) and breaks it down by category, folder and file type."}},
-        {AppSection::trends,
-         {"Trends",
-          "When your disk would fill up at the current pace, and what grew since an earlier "
-          "scan.",
-          nullptr, nullptr}},
         {AppSection::cloud,
          {"iCloud Drive",
           "Files iCloud keeps downloaded on this Mac. Remove the download and they stay in "
@@ -71,6 +64,10 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new LeftoversView(state);
     case AppSection::apps:
         return new AppsView(state);
+    case AppSection::overview:
+        return new OverviewView(state);
+    case AppSection::trends:
+        return new TrendsView(state);
     default:
         break;
     }

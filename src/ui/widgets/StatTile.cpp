@@ -30,10 +30,15 @@ StatTile::StatTile(const QString& title, std::string_view symbol, Style::Tint ti
     auto* captionLabel = Style::label(caption, Style::TextRole::caption);
     captionLabel->setWordWrap(true);
     layout->addWidget(captionLabel);
+    caption_ = captionLabel;
 }
 
 void StatTile::setValue(const QString& value) {
     value_->setText(value);
+}
+
+void StatTile::setCaption(const QString& caption) {
+    caption_->setText(caption);
 }
 
 QString StatTile::value() const {

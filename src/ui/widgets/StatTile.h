@@ -18,12 +18,14 @@ public:
              const QString& caption, QWidget* parent = nullptr);
 
     void setValue(const QString& value);
+    void setCaption(const QString& caption);
     QString value() const;
     QString title() const;
 
 private:
     QLabel* title_;
     QLabel* value_;
+    QLabel* caption_;
 };
 
 } // namespace dorvik
