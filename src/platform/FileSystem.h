@@ -34,6 +34,9 @@ std::optional<std::vector<std::string>> directoryEntriesWithoutLinks(const std::
 // seconds since 1970 with the fraction; none when it cannot be read.
 std::optional<double> modificationTime(const std::string& path);
 
+// What the symbolic link at `path` holds, as written; none when it is no link or cannot be read.
+std::optional<std::string> linkTarget(const std::string& path);
+
 // Removes the file (a link itself, never its target); a file already gone is no error.
 void removeFile(const std::string& path);
 
