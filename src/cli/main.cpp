@@ -36,6 +36,9 @@ constexpr std::array commands = {
     Command{"duplicates",
             "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
             runDuplicates},
+    Command{"login-items", "login-items [--json] | login-items --remove PATH [--yes]",
+            runLoginItems},
+    Command{"cloud", "cloud [--json]", runCloud},
 };
 
 void printUsage(std::ostream& out) {

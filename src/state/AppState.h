@@ -8,9 +8,11 @@
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
+#include "state/CloudState.h"
 #include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
 #include "state/JunkState.h"
+#include "state/LoginItemsState.h"
 #include "state/MainThreadRelay.h"
 #include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
@@ -90,6 +92,12 @@ public:
     // The Developer page's artifacts and virtual disks.
     DeveloperState& developer() { return developer_; }
     const DeveloperState& developer() const { return developer_; }
+    // What starts by itself at login, and its removal.
+    LoginItemsState& loginItems() { return loginItems_; }
+    const LoginItemsState& loginItems() const { return loginItems_; }
+    // The downloads of iCloud's files, and giving them back.
+    CloudState& cloud() { return cloud_; }
+    const CloudState& cloud() const { return cloud_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -173,6 +181,8 @@ private:
     bool showAccessOnboarding_ = false;
     std::shared_ptr<Scanner> scanner_;
     SystemDataState systemData_{*this};
+    LoginItemsState loginItems_{*this};
+    CloudState cloud_{*this};
 };
 
 } // namespace dorvik

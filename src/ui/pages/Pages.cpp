@@ -1,12 +1,14 @@
 #include "ui/pages/Pages.h"
 
 #include "ui/pages/PendingPage.h"
+#include "ui/pages/cloud/CloudView.h"
 #include "ui/pages/developer/DeveloperView.h"
 #include "ui/pages/duplicates/DuplicatesView.h"
 #include "ui/pages/explorer/ExplorerView.h"
 #include "ui/pages/history/HistoryView.h"
 #include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
+#include "ui/pages/loginitems/LoginItemsView.h"
 #include "ui/pages/quickclean/QuickCleanView.h"
 #include "ui/pages/system/SystemDataView.h"
 #include "ui/pages/types/TypesView.h"
@@ -29,11 +31,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           "When your disk would fill up at the current pace, and what grew since an earlier "
           "scan.",
           nullptr, nullptr}},
-        {AppSection::cloud,
-         {"iCloud Drive",
-          "Files iCloud keeps downloaded on this Mac. Remove the download and they stay in "
-          "iCloud, ready to download again when you open them.",
-          nullptr, nullptr}},
         {AppSection::apps,
          {"Applications",
           "Every app along with the data it keeps outside its bundle: caches, containers, "
@@ -41,11 +38,6 @@ const std::map<AppSection, PendingPageTexts>& pendingPages() {
           nullptr, nullptr}},
         {AppSection::leftovers,
          {"App Leftovers", "Data in ~/Library from apps that are no longer installed on this Mac.",
-          nullptr, nullptr}},
-        {AppSection::loginItems,
-         {"Login Items",
-          "Background agents and daemons that start with your Mac. Removing one stops it from "
-          "launching; the app itself stays installed.",
           nullptr, nullptr}},
     };
     return pages;
@@ -73,6 +65,10 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new DuplicatesView(state);
     case AppSection::developer:
         return new DeveloperView(state);
+    case AppSection::loginItems:
+        return new LoginItemsView(state);
+    case AppSection::cloud:
+        return new CloudView(state);
     default:
         break;
     }
