@@ -63,7 +63,7 @@ CloudFolderRow::CloudFolderRow(const CloudFolder& folder, const std::set<std::st
             tr("… and %1 more")
                 .arg(qtText(TextForms::count(static_cast<int64_t>(folder.items.size() - shown)))),
             Style::TextRole::tertiary);
-        more->setContentsMargins(56, Style::smallGap, 0, Style::smallGap);
+        more->setContentsMargins(60, Style::smallGap, 0, Style::smallGap);
         column->addWidget(more);
     }
 }
@@ -124,7 +124,7 @@ QWidget* CloudFolderRow::makeHead(const CloudFolder& folder, const std::set<std:
 QWidget* CloudFolderRow::makeItem(const CloudItem& item, bool selected) {
     auto* line = new QWidget;
     auto* row = new QHBoxLayout(line);
-    row->setContentsMargins(32, 2, 0, 2);
+    row->setContentsMargins(60, 2, 0, 2);
     row->setSpacing(Style::gap);
     auto* check = new QCheckBox;
     check->setChecked(selected);

@@ -2,6 +2,7 @@
 
 #include "ui/QtText.h"
 #include "ui/Style.h"
+#include "ui/widgets/ElidedLabel.h"
 #include "ui/widgets/SymbolView.h"
 #include "ui/widgets/TagLabel.h"
 
@@ -49,9 +50,10 @@ LoginItemRow::LoginItemRow(const LaunchItem& item, bool busy, std::function<void
     names->setSpacing(2);
     auto* title = new QHBoxLayout;
     title->setSpacing(Style::gap);
-    QLabel* name = Style::label(nameText(shownName(item)), Style::TextRole::body);
-    name->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    title->addWidget(name);
+    // Long names give way before the badges and buttons do.
+    name_ = new ElidedLabel;
+    name_->setText(nameText(shownName(item)));
+    title->addWidget(name_, 1);
     const auto addBadge = [&](const QString& text, Style::Tint tint) {
         badges_ << text;
         title->addWidget(new TagLabel(text, tint));
@@ -68,12 +70,12 @@ LoginItemRow::LoginItemRow(const LaunchItem& item, bool busy, std::function<void
     if (item.isTurnedOff) {
         addBadge(tr("Turned off"), Style::Tint::secondary);
     }
-    title->addStretch(1);
     names->addLayout(title);
     const bool labelIsName = item.label == shownName(item);
     const std::string secondary = labelIsName && item.program ? *item.program : item.label;
-    QLabel* detail = Style::label(nameText(secondary), Style::TextRole::tertiary);
-    detail->setToolTip(nameText(item.path));
+    auto* detail = new ElidedLabel;
+    Style::setTextRole(detail, Style::TextRole::tertiary);
+    detail->setText(nameText(secondary));
     names->addWidget(detail);
     row->addLayout(names, 1);
 

@@ -13,6 +13,8 @@ class QPushButton;
 
 namespace dorvik {
 
+class ElidedLabel;
+
 class LoginItemRow : public QWidget {
 public:
     // `reveal` and `remove` are what the two buttons do; Apple's own items and the entries that
@@ -25,10 +27,12 @@ public:
     QStringList badges() const { return badges_; }
     QPushButton* removeButton() const { return remove_; }
     QPushButton* revealButton() const { return reveal_; }
+    ElidedLabel* nameLabel() const { return name_; }
 
 private:
     LaunchItem item_;
     QStringList badges_;
+    ElidedLabel* name_ = nullptr;
     QPushButton* reveal_ = nullptr;
     QPushButton* remove_ = nullptr;
 };
