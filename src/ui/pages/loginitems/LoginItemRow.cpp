@@ -53,7 +53,7 @@ LoginItemRow::LoginItemRow(const LaunchItem& item, bool busy, std::function<void
     // Long names give way before the badges and buttons do.
     name_ = new ElidedLabel;
     name_->setText(nameText(shownName(item)));
-    title->addWidget(name_);
+    title->addWidget(name_, 1);
     const auto addBadge = [&](const QString& text, Style::Tint tint) {
         badges_ << text;
         title->addWidget(new TagLabel(text, tint));
@@ -70,8 +70,6 @@ LoginItemRow::LoginItemRow(const LaunchItem& item, bool busy, std::function<void
     if (item.isTurnedOff) {
         addBadge(tr("Turned off"), Style::Tint::secondary);
     }
-    // Room left over goes after the badges; without room the name gives way first.
-    title->addStretch(1);
     names->addLayout(title);
     const bool labelIsName = item.label == shownName(item);
     const std::string secondary = labelIsName && item.program ? *item.program : item.label;
