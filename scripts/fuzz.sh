@@ -15,6 +15,7 @@ declare -A seeds=(
     [scan_archive]="tests/data/archive"
     [trend_files]="tests/data/trends"
     [scan_archive_file]="tests/data/archive-file"
+    [launch_item]="tests/data/launch-items"
 )
 
 # Options of one target beyond the common ones. The archive file's limits are small: any single

@@ -34,6 +34,8 @@ int runLeftovers(Arguments& arguments);
 int runApps(Arguments& arguments);
 int runUninstall(Arguments& arguments);
 int runOverview(Arguments& arguments);
+int runLoginItems(Arguments& arguments);
+int runCloud(Arguments& arguments);
 
 // Prints a JSON document the way every command does. Paths go in through
 // JsonCoding::escapedPath, so that any byte string reads back; other text that is not UTF-8 has

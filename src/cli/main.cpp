@@ -40,6 +40,9 @@ constexpr std::array commands = {
     Command{"apps", "apps [--json]", runApps},
     Command{"uninstall", "uninstall [--yes] APP_PATH", runUninstall},
     Command{"overview", "overview [PATH | --load FILE] [--json]", runOverview},
+    Command{"login-items", "login-items [--json] | login-items --remove PATH [--yes]",
+            runLoginItems},
+    Command{"cloud", "cloud [--json]", runCloud},
 };
 
 void printUsage(std::ostream& out) {

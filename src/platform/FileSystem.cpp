@@ -84,6 +84,16 @@ std::optional<std::vector<std::string>> directoryEntriesWithoutLinks(const std::
     return entriesOf(stream);
 }
 
+std::optional<std::string> linkTarget(const std::string& path) {
+    std::string target(4096, '\0');
+    const ssize_t length = readlink(path.c_str(), target.data(), target.size());
+    if (length < 0 || static_cast<size_t>(length) >= target.size()) {
+        return std::nullopt;
+    }
+    target.resize(static_cast<size_t>(length));
+    return target;
+}
+
 std::optional<double> modificationTime(const std::string& path) {
     struct stat st {};
     if (lstat(path.c_str(), &st) != 0) {

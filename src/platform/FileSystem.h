@@ -37,6 +37,8 @@ std::optional<double> modificationTime(const std::string& path);
 // The content access time of the file a path leads to (links followed), in seconds since 1970;
 // none when it cannot be read. Mounts with relatime move it at most once a day.
 std::optional<double> accessTime(const std::string& path);
+// What the symbolic link at `path` holds, as written; none when it is no link or cannot be read.
+std::optional<std::string> linkTarget(const std::string& path);
 
 // Removes the file (a link itself, never its target); a file already gone is no error.
 void removeFile(const std::string& path);

@@ -2,10 +2,12 @@
 
 #include "base/PathNames.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <pwd.h>
+#include <string_view>
 #include <unistd.h>
 
 namespace dorvik::platform {
@@ -27,6 +29,45 @@ std::string dataHomeDirectory() {
         return withoutTrailingSlashes(value);
     }
     return homeDirectory() + "/.local/share";
+}
+
+std::string configHomeDirectory() {
+    if (const char* value = std::getenv("XDG_CONFIG_HOME"); value != nullptr && value[0] == '/') {
+        return withoutTrailingSlashes(value);
+    }
+    return homeDirectory() + "/.config";
+}
+
+std::vector<std::string> dataDirectories() {
+    std::vector<std::string> folders;
+    if (const char* value = std::getenv("XDG_DATA_DIRS"); value != nullptr) {
+        const std::string_view list(value);
+        size_t start = 0;
+        while (start <= list.size()) {
+            const size_t end = std::min(list.find(':', start), list.size());
+            const std::string_view folder = list.substr(start, end - start);
+            if (folder.starts_with('/')) {
+                folders.push_back(withoutTrailingSlashes(folder));
+            }
+            start = end + 1;
+        }
+    }
+    if (folders.empty()) {
+        folders = {"/usr/local/share", "/usr/share"};
+    }
+    return folders;
+}
+
+std::string systemRoot() {
+    if (const char* value = std::getenv("DORVIK_TEST_SYSTEM_ROOT");
+        value != nullptr && value[0] == '/') {
+        return withoutTrailingSlashes(value);
+    }
+    return {};
+}
+
+unsigned currentUserId() {
+    return getuid();
 }
 
 std::vector<std::string> otherUsersHomeDirectories() {

@@ -13,6 +13,23 @@ std::string homeDirectory();
 // ~/.local/share.
 std::string dataHomeDirectory();
 
+// Where the user's applications keep their settings: $XDG_CONFIG_HOME when it is an absolute
+// path, else ~/.config.
+std::string configHomeDirectory();
+
+// The folders where applications' shared data lies, desktop entries among it: the absolute
+// paths of $XDG_DATA_DIRS, else /usr/local/share and /usr/share.
+std::vector<std::string> dataDirectories();
+
+// The system's own root, "" on every computer. Tests set $DORVIK_TEST_SYSTEM_ROOT to a temporary
+// folder laid out like a root, so that system-wide places (/Library/LaunchAgents,
+// /etc/xdg/autostart, /Applications …) are read from there and never from this computer; nothing
+// but the tests sets it.
+std::string systemRoot();
+
+// The user id of this process.
+unsigned currentUserId();
+
 // The home folders of the other people on this computer: the password database's entries for root
 // and for ordinary users (ids from 1000, "nobody" left out) other than this process's user.
 std::vector<std::string> otherUsersHomeDirectories();

@@ -92,25 +92,68 @@ bool nestsWithinLimit(std::span<const uint8_t> bytes) {
                                          : xmlNestsWithinLimit(text);
 }
 
+std::string stringOf(plist_t node) {
+    uint64_t length = 0;
+    const char* text = plist_get_string_ptr(node, &length);
+    return text != nullptr ? std::string(text, static_cast<size_t>(length)) : std::string();
+}
+
+PropertyListValue valueOf(plist_t node) {
+    PropertyListValue value;
+    switch (plist_get_node_type(node)) {
+    case PLIST_STRING:
+        value.kind = PropertyListValue::Kind::string;
+        value.text = stringOf(node);
+        break;
+    case PLIST_BOOLEAN: {
+        value.kind = PropertyListValue::Kind::boolean;
+        uint8_t flag = 0;
+        plist_get_bool_val(node, &flag);
+        value.flag = flag != 0;
+        break;
+    }
+    case PLIST_ARRAY: {
+        value.kind = PropertyListValue::Kind::array;
+        const uint32_t count = plist_array_get_size(node);
+        for (uint32_t index = 0; index < count; ++index) {
+            plist_t element = plist_array_get_item(node, index);
+            if (element != nullptr && plist_get_node_type(element) == PLIST_STRING) {
+                value.elements.emplace_back(stringOf(element));
+            } else {
+                value.elements.emplace_back(std::nullopt);
+            }
+        }
+        break;
+    }
+    case PLIST_DICT:
+        value.kind = PropertyListValue::Kind::dictionary;
+        break;
+    default:
+        break;
+    }
+    return value;
+}
+
 } // namespace
 
-std::map<std::string, std::string> propertyListStrings(std::span<const uint8_t> bytes) {
-    std::map<std::string, std::string> strings;
+std::optional<std::map<std::string, PropertyListValue>>
+propertyListDictionary(std::span<const uint8_t> bytes) {
     if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max() ||
         !nestsWithinLimit(bytes)) {
-        return strings;
+        return std::nullopt;
     }
     plist_t parsed = nullptr;
     plist_from_memory(reinterpret_cast<const char*>(bytes.data()),
                       static_cast<uint32_t>(bytes.size()), &parsed);
     const PlistHandle root(parsed);
     if (!root || plist_get_node_type(root.get()) != PLIST_DICT) {
-        return strings;
+        return std::nullopt;
     }
+    std::map<std::string, PropertyListValue> entries;
     plist_dict_iter iterator = nullptr;
     plist_dict_new_iter(root.get(), &iterator);
     if (iterator == nullptr) {
-        return strings;
+        return entries;
     }
     while (true) {
         char* key = nullptr;
@@ -120,16 +163,26 @@ std::map<std::string, std::string> propertyListStrings(std::span<const uint8_t> 
             std::free(key);
             break;
         }
-        if (key != nullptr && plist_get_node_type(value) == PLIST_STRING) {
-            uint64_t length = 0;
-            const char* text = plist_get_string_ptr(value, &length);
-            if (text != nullptr) {
-                strings.emplace(key, std::string(text, static_cast<size_t>(length)));
-            }
+        if (key != nullptr) {
+            entries.emplace(key, valueOf(value));
         }
         std::free(key);
     }
     std::free(iterator);
+    return entries;
+}
+
+std::map<std::string, std::string> propertyListStrings(std::span<const uint8_t> bytes) {
+    std::map<std::string, std::string> strings;
+    const auto entries = propertyListDictionary(bytes);
+    if (!entries) {
+        return strings;
+    }
+    for (const auto& [key, value] : *entries) {
+        if (value.kind == PropertyListValue::Kind::string) {
+            strings.emplace(key, value.text);
+        }
+    }
     return strings;
 }
 

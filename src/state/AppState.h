@@ -9,10 +9,12 @@
 #include "scanning/ScanTarget.h"
 #include "state/AppSection.h"
 #include "state/AppsState.h"
+#include "state/CloudState.h"
 #include "state/DeveloperState.h"
 #include "state/DuplicatesState.h"
 #include "state/JunkState.h"
 #include "state/LeftoversState.h"
+#include "state/LoginItemsState.h"
 #include "state/MainThreadRelay.h"
 #include "state/QuickCleanState.h"
 #include "state/RemovalState.h"
@@ -104,6 +106,12 @@ public:
     // The installed applications and their uninstall.
     AppsState& apps() { return apps_; }
     const AppsState& apps() const { return apps_; }
+    // What starts by itself at login, and its removal.
+    LoginItemsState& loginItems() { return loginItems_; }
+    const LoginItemsState& loginItems() const { return loginItems_; }
+    // The downloads of iCloud's files, and giving them back.
+    CloudState& cloud() { return cloud_; }
+    const CloudState& cloud() const { return cloud_; }
 
     // The filter of the large-files page; other pages may set it before they send the user
     // there.
@@ -191,6 +199,8 @@ private:
     LeftoversState leftovers_{removal_};
     RemovedAppState removedApp_{removal_};
     AppsState apps_{*this};
+    LoginItemsState loginItems_{*this};
+    CloudState cloud_{*this};
 };
 
 } // namespace dorvik

@@ -94,6 +94,7 @@ constexpr auto symbolIcons = std::to_array<SymbolIcon>({
     {"chart.pie", "x-office-presentation-symbolic"},
     {"chevron.left", "go-previous-symbolic"},
     {"chevron.compact.right", "go-next-symbolic"},
+    {"chevron.down", "go-down-symbolic"},
     {"arrow.up", "go-up-symbolic"},
     {"arrow.up.right", "go-jump-symbolic"},
     {"arrow.up.forward.app", "folder-open-symbolic"},

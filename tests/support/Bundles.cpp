@@ -37,6 +37,27 @@ void writeInfoPlist(const std::string& bundlePath,
     }
 }
 
+void writePropertyList(const std::string& path, const std::string& xmlBody, PlistFormat format) {
+    const std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" +
+                            xmlBody + "</plist>\n";
+    fs::create_directories(fs::path(path).parent_path());
+    if (format == PlistFormat::xml) {
+        std::ofstream(path, std::ios::binary) << xml;
+        return;
+    }
+    plist_t root = nullptr;
+    plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+    if (root == nullptr) {
+        throw std::runtime_error("not a property list: " + xmlBody);
+    }
+    char* bytes = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(root, &bytes, &length);
+    plist_free(root);
+    std::ofstream(path, std::ios::binary).write(bytes, length);
+    plist_to_bin_free(bytes);
+}
+
 std::string installExecutable(const std::string& bundlePath, const std::string& program,
                               const std::string& name) {
     const std::string target = bundlePath + "/Contents/MacOS/" + name;

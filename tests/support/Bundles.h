@@ -14,6 +14,11 @@ void writeInfoPlist(const std::string& bundlePath,
                     const std::map<std::string, std::string>& entries,
                     PlistFormat format = PlistFormat::xml);
 
+// Writes a property list given as the XML of its top-level value (what goes inside <plist>), in
+// XML or converted to binary; folders are created.
+void writePropertyList(const std::string& path, const std::string& xmlBody,
+                       PlistFormat format = PlistFormat::xml);
+
 // Copies the program at `program` to <bundle>/Contents/MacOS/<name>, executable, and returns that
 // path.
 std::string installExecutable(const std::string& bundlePath, const std::string& program,

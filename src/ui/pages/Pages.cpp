@@ -1,7 +1,7 @@
 #include "ui/pages/Pages.h"
 
-#include "ui/pages/PendingPage.h"
 #include "ui/pages/apps/AppsView.h"
+#include "ui/pages/cloud/CloudView.h"
 #include "ui/pages/developer/DeveloperView.h"
 #include "ui/pages/duplicates/DuplicatesView.h"
 #include "ui/pages/explorer/ExplorerView.h"
@@ -9,36 +9,14 @@
 #include "ui/pages/junk/JunkView.h"
 #include "ui/pages/large/LargeFilesView.h"
 #include "ui/pages/leftovers/LeftoversView.h"
+#include "ui/pages/loginitems/LoginItemsView.h"
 #include "ui/pages/overview/OverviewView.h"
 #include "ui/pages/quickclean/QuickCleanView.h"
 #include "ui/pages/system/SystemDataView.h"
 #include "ui/pages/trends/TrendsView.h"
 #include "ui/pages/types/TypesView.h"
 
-#include <map>
-
 namespace dorvik {
-
-namespace {
-
-// The headers of the pages still to come, and what their scan prompts say.
-const std::map<AppSection, PendingPageTexts>& pendingPages() {
-    static const std::map<AppSection, PendingPageTexts> pages = {
-        {AppSection::cloud,
-         {"iCloud Drive",
-          "Files iCloud keeps downloaded on this Mac. Remove the download and they stay in "
-          "iCloud, ready to download again when you open them.",
-          nullptr, nullptr}},
-        {AppSection::loginItems,
-         {"Login Items",
-          "Background agents and daemons that start with your Mac. Removing one stops it from "
-          "launching; the app itself stays installed.",
-          nullptr, nullptr}},
-    };
-    return pages;
-}
-
-} // namespace
 
 QWidget* makePage(AppSection section, AppState& state) {
     switch (section) {
@@ -68,10 +46,12 @@ QWidget* makePage(AppSection section, AppState& state) {
         return new OverviewView(state);
     case AppSection::trends:
         return new TrendsView(state);
-    default:
-        break;
+    case AppSection::loginItems:
+        return new LoginItemsView(state);
+    case AppSection::cloud:
+        return new CloudView(state);
     }
-    return makePendingPage(state, pendingPages().at(section));
+    return nullptr; // every section has its case above; the compiler checks
 }
 
 } // namespace dorvik
