@@ -18,15 +18,6 @@ std::optional<std::map<std::string, std::string>> bundleInfoStrings(const std::s
 // "CFBundleIdentifier" of the bundle when it is a non-empty string.
 std::optional<std::string> bundleIdentifier(const std::string& bundlePath);
 
-// The folders where applications are installed, in the order they are searched: /Applications,
-// ~/Applications, /Applications/Utilities (the system-wide ones under systemRoot()).
-std::vector<std::string> applicationRoots();
-
-// The path of an installed application bundle whose identifier is `identifier`: each root's
-// "<Name>.app" entries, and those one folder further down ("/Applications/Vendor/Tool.app"), in
-// the order of the roots. None when no bundle answers to it.
-std::optional<std::string> applicationWithBundleIdentifier(std::string_view identifier);
-
 // The bundle identity of this program. Dorvik is no bundle here, yet it answers to this
 // identifier wherever an application's identity is asked for.
 inline constexpr std::string_view mainBundleIdentifier = "app.dorvik.mac";

@@ -58,14 +58,6 @@ std::vector<std::string> dataDirectories() {
     return folders;
 }
 
-std::string systemRoot() {
-    if (const char* value = std::getenv("DORVIK_TEST_SYSTEM_ROOT");
-        value != nullptr && value[0] == '/') {
-        return withoutTrailingSlashes(value);
-    }
-    return {};
-}
-
 unsigned currentUserId() {
     return getuid();
 }

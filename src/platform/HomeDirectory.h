@@ -21,12 +21,6 @@ std::string configHomeDirectory();
 // paths of $XDG_DATA_DIRS, else /usr/local/share and /usr/share.
 std::vector<std::string> dataDirectories();
 
-// The system's own root, "" on every computer. Tests set $DORVIK_TEST_SYSTEM_ROOT to a temporary
-// folder laid out like a root, so that system-wide places (/Library/LaunchAgents,
-// /etc/xdg/autostart, /Applications …) are read from there and never from this computer; nothing
-// but the tests sets it.
-std::string systemRoot();
-
 // The user id of this process.
 unsigned currentUserId();
 

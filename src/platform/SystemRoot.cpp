@@ -1,19 +1,22 @@
 #include "platform/SystemRoot.h"
 
+#include "base/PathNames.h"
+
 #include <cstdlib>
 
 namespace dorvik::platform {
 
-std::string systemPath(std::string_view absolutePath) {
+std::string systemRoot() {
     const char* root = std::getenv("DORVIK_SYSTEM_ROOT");
     if (root == nullptr || root[0] != '/') {
-        return std::string(absolutePath);
+        return {};
     }
-    std::string moved(root);
-    while (moved.size() > 1 && moved.back() == '/') {
-        moved.pop_back();
-    }
-    return moved + std::string(absolutePath);
+    std::string folder = withoutTrailingSlashes(root);
+    return folder == "/" ? std::string() : folder;
+}
+
+std::string systemPath(std::string_view absolutePath) {
+    return systemRoot() + std::string(absolutePath);
 }
 
 } // namespace dorvik::platform

@@ -1,5 +1,6 @@
 #include "reclaim/CloudDownloads.h"
 
+#include "apps/AppInventory.h"
 #include "base/PathNames.h"
 #include "base/TextForms.h"
 #include "base/Uuid.h"
@@ -190,7 +191,7 @@ CloudReport buildCloudReport(const std::string& home, const ApplicationFinder& f
 }
 
 CloudReport buildCloudReport() {
-    return buildCloudReport(platform::homeDirectory(), platform::applicationWithBundleIdentifier);
+    return buildCloudReport(platform::homeDirectory(), AppInventory::applicationWithIdentifier);
 }
 
 EvictionReport evictDownloads(const std::vector<CloudItem>& items, const Evictor& evict) {

@@ -65,7 +65,7 @@ inline constexpr std::string_view notUploadedReason = "Not uploaded to iCloud ye
 void countCloudEntry(CloudFolder& folder, const std::string& path, std::string_view name,
                      const std::optional<platform::CloudFileFacts>& facts);
 
-// Finds the application with a bundle identifier; platform::applicationWithBundleIdentifier in
+// Finds the application with a bundle identifier; AppInventory::applicationWithIdentifier in
 // the program.
 using ApplicationFinder = std::function<std::optional<std::string>(std::string_view identifier)>;
 

@@ -1,11 +1,13 @@
 #include "system/LaunchItem.h"
 
+#include "apps/AppInventory.h"
 #include "base/PathNames.h"
 #include "platform/Bundle.h"
 #include "platform/FileIO.h"
 #include "platform/FileSystem.h"
 #include "platform/HomeDirectory.h"
 #include "platform/PropertyList.h"
+#include "platform/SystemRoot.h"
 #include "system/AutostartEntries.h"
 #include "system/DesktopApplications.h"
 #include "system/SystemdUserUnits.h"
@@ -80,7 +82,7 @@ void findBundleOwner(LaunchItem& item) {
     }
     if (!item.ownerPath) {
         // Helpers outside an application often bear its identifier as their label.
-        item.ownerPath = platform::applicationWithBundleIdentifier(item.label);
+        item.ownerPath = AppInventory::applicationWithIdentifier(item.label);
     }
     if (item.ownerPath) {
         item.ownerName = withoutExtension(pathName(*item.ownerPath));

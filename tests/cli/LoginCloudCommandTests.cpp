@@ -26,7 +26,7 @@ struct Computer {
     std::string environment() const {
         return "HOME=" + shellQuoted(home) + " XDG_CONFIG_HOME=" + shellQuoted(home + "/.config") +
                " XDG_DATA_HOME=" + shellQuoted(home + "/.local/share") +
-               " XDG_DATA_DIRS= XDG_CURRENT_DESKTOP=GNOME DORVIK_TEST_SYSTEM_ROOT=" +
+               " XDG_DATA_DIRS= XDG_CURRENT_DESKTOP=GNOME DORVIK_SYSTEM_ROOT=" +
                shellQuoted(root);
     }
     nlohmann::json items() const {

@@ -20,7 +20,7 @@ using test::PlistFormat;
 struct MacLikeComputer {
     test::TestHome home;
     test::TempDir root;
-    test::ScopedEnvironment rootVariable{"DORVIK_TEST_SYSTEM_ROOT", root.path()};
+    test::ScopedEnvironment rootVariable{"DORVIK_SYSTEM_ROOT", root.path()};
     LaunchPlaces places;
 
     MacLikeComputer() {
