@@ -30,6 +30,7 @@ int runHistory(Arguments& arguments);
 int runUndo(Arguments& arguments);
 int runSystem(Arguments& arguments);
 int runDuplicates(Arguments& arguments);
+int runBackground(Arguments& arguments);
 
 // Prints a JSON document the way every command does. Paths go in through
 // JsonCoding::escapedPath, so that any byte string reads back; other text that is not UTF-8 has

@@ -29,6 +29,13 @@ std::string dataHomeDirectory() {
     return homeDirectory() + "/.local/share";
 }
 
+std::string configHomeDirectory() {
+    if (const char* value = std::getenv("XDG_CONFIG_HOME"); value != nullptr && value[0] == '/') {
+        return withoutTrailingSlashes(value);
+    }
+    return homeDirectory() + "/.config";
+}
+
 std::vector<std::string> otherUsersHomeDirectories() {
     constexpr uid_t firstOrdinaryUser = 1000;
     constexpr uid_t nobody = 65534;

@@ -13,6 +13,9 @@ std::string homeDirectory();
 // ~/.local/share.
 std::string dataHomeDirectory();
 
+// Where the user's settings live: $XDG_CONFIG_HOME when it is an absolute path, else ~/.config.
+std::string configHomeDirectory();
+
 // The home folders of the other people on this computer: the password database's entries for root
 // and for ordinary users (ids from 1000, "nobody" left out) other than this process's user.
 std::vector<std::string> otherUsersHomeDirectories();
