@@ -128,6 +128,8 @@ void BackgroundServices::tick() {
     followStaleness(moment);
     checkLowSpace();
     checkSchedule(moment);
+    // The setting may have been changed by another process meanwhile.
+    alignWatcher();
 }
 
 void BackgroundServices::refreshVolume() {
@@ -224,7 +226,8 @@ void BackgroundServices::setCleaning(bool cleaning) {
 
 // Where the removed-app watcher follows "watchRemovedApps": started when it is on and not
 // running, left alone when it runs, stopped when it is off. Called from start and from the
-// setting's setter. The watcher is not part of the program yet, so there is nothing to align.
+// setting's setter, and at each tick. The watcher is not part of the program yet, so there is
+// nothing to align.
 void BackgroundServices::alignWatcher() {}
 
 } // namespace dorvik
