@@ -35,10 +35,18 @@ TEST(ScheduledClean, RequestsArePermanentAndOnlyForRulesItMayTake) {
         ADD_FAILURE() << id;
         return JunkRule{};
     };
+    const auto item = [](std::string path, std::string ruleID, int64_t size) {
+        return JunkItem{.id = path,
+                        .url = path,
+                        .ruleID = std::move(ruleID),
+                        .size = size,
+                        .fileCount = 1,
+                        .modified = std::nullopt};
+    };
     const std::vector<JunkFinding> findings = {
-        {rule("user-caches"), {{"/h/Library/Caches/a", "/h/Library/Caches/a", "user-caches", 10}}},
-        {rule("trash"), {{"/h/.Trash/b", "/h/.Trash/b", "trash", 20}}},
-        {rule("ios-backups"), {{"/h/Backup/c", "/h/Backup/c", "ios-backups", 30}}},
+        {rule("user-caches"), {item("/h/Library/Caches/a", "user-caches", 10)}},
+        {rule("trash"), {item("/h/.Trash/b", "trash", 20)}},
+        {rule("ios-backups"), {item("/h/Backup/c", "ios-backups", 30)}},
     };
     const std::vector<DeletionRequest> requests = ScheduledClean::requests(findings);
     ASSERT_EQ(requests.size(), 1u);

@@ -3,9 +3,12 @@
 
 #include "UiTest.h"
 #include "platform/HomeDirectory.h"
+#include "support/TestHome.h"
 #include "ui/Appearance.h"
+#include "ui/LinuxWording.h"
 #include "ui/sheets/SettingsView.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -68,6 +71,8 @@ TEST_F(SettingsViewTest, ThreeTabsInOrder) {
 }
 
 TEST_F(SettingsViewTest, TheGeneralSwitchesWriteTheirKeysAndTheLoginEntry) {
+    LinuxWording wording;
+    QApplication::installTranslator(&wording);
     auto state = makeStartedState();
     SettingsView view(*state, appearance);
     view.show();
@@ -75,6 +80,7 @@ TEST_F(SettingsViewTest, TheGeneralSwitchesWriteTheirKeysAndTheLoginEntry) {
     EXPECT_TRUE(test::showsText(&view, QStringLiteral("Granted")));
     EXPECT_TRUE(test::showsText(&view, QStringLiteral("Access to all files")));
     EXPECT_EQ(view.menuBarBox()->text(), QStringLiteral("Show free space in the system tray"));
+    QApplication::removeTranslator(&wording);
 
     // On at first, as their defaults say; the login switch reads the entry, which isn't there.
     EXPECT_TRUE(view.menuBarBox()->isChecked());
@@ -94,6 +100,7 @@ TEST_F(SettingsViewTest, TheGeneralSwitchesWriteTheirKeysAndTheLoginEntry) {
     EXPECT_FALSE(std::filesystem::exists(entry));
 
     // A change that fails leaves the switch showing what is true.
+    std::filesystem::remove_all(platform::configHomeDirectory() + "/autostart");
     test::writeText(platform::configHomeDirectory() + "/autostart", "in the way");
     QTest::mouseClick(view.launchAtLoginBox(), Qt::LeftButton);
     EXPECT_FALSE(view.launchAtLoginBox()->isChecked());
@@ -136,7 +143,9 @@ TEST_F(SettingsViewTest, ThePickersShowAndStoreTheirKeys) {
 }
 
 TEST_F(SettingsViewTest, RunNowCleansWithTheScheduleOffAndShowsTheLastRun) {
-    const std::string cache = platform::homeDirectory() + "/Library/Caches/settings-test-cache";
+    // A home and a history of this test's own: the clean removes for real.
+    const test::TestHome testHome;
+    const std::string cache = testHome.home + "/Library/Caches/settings-test-cache";
     test::writeFile(cache + "/blob", 100'000);
     auto state = makeStartedState();
     SettingsView view(*state, appearance);
