@@ -34,10 +34,22 @@ Style::Tint styleTint(Tint tint) {
     return Style::Tint::text;
 }
 
+// Beside a row's symbol. A wrapped text is given its width outright: asked for its height
+// before it has a width, it would take too few lines in a popup of fixed width.
+constexpr int rowTextWidth =
+    menuBarPanelWidth - 2 * Style::cardPadding - Style::smallIcon - Style::gap;
+
 QLabel* wrappedLabel(Style::TextRole role) {
     QLabel* label = Style::label({}, role);
     label->setWordWrap(true);
+    label->setFixedWidth(rowTextWidth);
     return label;
+}
+
+// The window's layout does not ask a label for its height at a width, so it is told.
+void setWrappedText(QLabel* label, const QString& text) {
+    label->setText(text);
+    label->setMinimumHeight(label->heightForWidth(rowTextWidth));
 }
 
 } // namespace
@@ -202,7 +214,7 @@ void MenuBarPanel::refreshForecast() {
     forecastSymbol_->setSymbol(summary->symbol);
     forecastSymbol_->setTint(styleTint(summary->tint));
     forecastTitle_->setText(shownText(summary->title));
-    forecastDetail_->setText(shownText(summary->detail));
+    setWrappedText(forecastDetail_, shownText(summary->detail));
 }
 
 void MenuBarPanel::refreshAutoClean() {
@@ -212,9 +224,10 @@ void MenuBarPanel::refreshAutoClean() {
     if (!lastRun) {
         return;
     }
-    autoCleanLine_->setText(tr("Auto-clean %1 · %2")
-                                .arg(qtText(TextForms::relativeDate(*lastRun, Dates::now())),
-                                     qtText(TextForms::size(background.lastAutoCleanBytes()))));
+    setWrappedText(autoCleanLine_,
+                   tr("Auto-clean %1 · %2")
+                       .arg(qtText(TextForms::relativeDate(*lastRun, Dates::now())),
+                            qtText(TextForms::size(background.lastAutoCleanBytes()))));
 }
 
 void MenuBarPanel::showEvent(QShowEvent* event) {
