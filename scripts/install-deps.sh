@@ -11,6 +11,7 @@ packages=(
     clang clang-format
     time ncdu gdu jdupes rdfind rmlint python3
     xfsprogs
+    dbus-daemon
 )
 missing=()
 for package in "${packages[@]}"; do

@@ -10,7 +10,7 @@ namespace {
 // The keys that name a Mac, in the order of the places that show them, with what a Linux desktop
 // calls the same thing: the file manager for the Finder, this computer for the Mac, the system
 // for macOS, the filesystem's own words for APFS. A key the table leaves out is shown as it is.
-constexpr std::array<Rendering, 71> table = {{
+constexpr std::array<Rendering, 74> table = {{
     // The disk in the sidebar's foot, when its filesystem has no label: what the file managers of
     // Linux desktops call the root filesystem.
     {"Macintosh HD", "File System"},
@@ -182,6 +182,16 @@ constexpr std::array<Rendering, 71> table = {{
 
     // The menu bar's warning.
     {"Your Mac is running out of space", "Your computer is running out of space"},
+
+    // The settings window: Linux has no access to grant, and a tray where a Mac has a menu bar.
+    {"Full Disk Access", "Access to all files"},
+    {"Show free space in the menu bar", "Show free space in the system tray"},
+    {"Only caches, logs, saved window state and Xcode build data \u2014 files that regenerate on "
+     "their own. Never the Trash, Downloads or anything marked Review. Runs while Dorvik is open "
+     "or in the menu bar.",
+     "Only caches, logs, saved window state and Xcode build data \u2014 files that regenerate on "
+     "their own. Never the Trash, Downloads or anything marked Review. Runs while Dorvik is open "
+     "or in the system tray."},
 }};
 
 } // namespace

@@ -36,6 +36,7 @@ int runUninstall(Arguments& arguments);
 int runOverview(Arguments& arguments);
 int runLoginItems(Arguments& arguments);
 int runCloud(Arguments& arguments);
+int runBackground(Arguments& arguments);
 
 // Prints a JSON document the way every command does. Paths go in through
 // JsonCoding::escapedPath, so that any byte string reads back; other text that is not UTF-8 has

@@ -33,6 +33,7 @@ constexpr std::array commands = {
     Command{"history", "history [--json]", runHistory},
     Command{"undo", "undo [--last | ID...]", runUndo},
     Command{"system", "system [--root PATH] [--json]", runSystem},
+    Command{"background", "background --tick", runBackground},
     Command{"duplicates",
             "duplicates [PATH | --load FILE] [--min-size N] [--json] [--share [--yes]]",
             runDuplicates},

@@ -38,6 +38,20 @@ AppState::AppState(AppStateOptions options, QObject* parent)
     archiveTimer_.setSingleShot(true);
     archiveTimer_.setInterval(options_.archiveDelay);
     connect(&archiveTimer_, &QTimer::timeout, this, [this] { writeArchive(scanTarget_); });
+    // The leftovers search asks the loaded application list when there is one, the bundles
+    // themselves otherwise.
+    leftovers_.setInstalledIdentifiers([this] {
+        if (apps_.apps().empty()) {
+            return LeftoverSearch::bundleIdentifiersInRoots();
+        }
+        std::vector<std::string> identifiers;
+        for (const InstalledApp& app : apps_.apps()) {
+            if (app.bundleID) {
+                identifiers.push_back(*app.bundleID);
+            }
+        }
+        return identifiers;
+    });
     applyLaunchSettings();
 }
 

@@ -4,6 +4,7 @@
 // scan in force and the services, starts, cancels and restores scans, and tells observers of
 // every change through its signals. It knows no page; pages read it and ask it to act.
 
+#include "background/BackgroundServices.h"
 #include "scanning/FileFilter.h"
 #include "scanning/ScanResult.h"
 #include "scanning/ScanTarget.h"
@@ -48,6 +49,8 @@ struct AppStateOptions {
     std::chrono::milliseconds archiveDelay{3000};
     // The least time Quick Clean's working stages stay on screen.
     QuickCleanPacing quickCleanPacing;
+    // The tick's period, and what the background reads and posts through.
+    BackgroundOptions background;
 };
 
 class AppState : public QObject {
@@ -84,6 +87,9 @@ public:
     RemovalState& removal() { return removal_; }
     const RemovalState& removal() const { return removal_; }
     TrendStore& trends() { return trends_; }
+    // The tick, the tray's switches and the scheduled clean; started by the application.
+    BackgroundServices& background() { return background_; }
+    const BackgroundServices& background() const { return background_; }
     // The junk the finder last found, and Quick Clean's run over it.
     JunkState& junk() { return junk_; }
     const JunkState& junk() const { return junk_; }
@@ -152,8 +158,10 @@ signals:
     void hasFullDiskAccessChanged();
     void showAccessOnboardingChanged();
     void largeFilterChanged();
-    // Another process changed the trend files.
+    // Another process changed the trend files, or the background added a sample.
     void trendsChanged();
+    // The scan became stale, or fresh again, as time passed.
+    void scanStalenessChanged();
 
 private:
     void applyLaunchSettings();
@@ -171,6 +179,7 @@ private:
 
     AppStateOptions options_;
     SettingsState settings_;
+    BackgroundServices background_{settings_, options_.background};
     RemovalState removal_;
     JunkState junk_;
     QuickCleanState quickClean_;

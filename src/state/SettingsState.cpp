@@ -15,6 +15,10 @@ QString key(const char* name) {
 SettingsState::SettingsState(QObject* parent)
     : QObject(parent), settings_(key(settingsOrganisation), key(settingsApplication)) {}
 
+void SettingsState::reload() {
+    settings_.sync();
+}
+
 void SettingsState::store(const char* name, const QVariant& value) {
     settings_.setValue(key(name), value);
     emit changed();
@@ -109,6 +113,16 @@ std::vector<std::string> SettingsState::excludedPaths() const {
 
 void SettingsState::appendExcludedPath(const std::string& path) {
     setExcludedRaw(StoredExclusions::appended(excludedRaw(), path));
+}
+
+void SettingsState::removeExcludedPath(const std::string& path) {
+    std::vector<std::string> kept = excludedPaths();
+    std::erase(kept, path);
+    QString raw;
+    for (const std::string& line : kept) {
+        raw += (raw.isEmpty() ? QString() : QStringLiteral("\n")) + QString::fromStdString(line);
+    }
+    setExcludedRaw(raw);
 }
 
 bool SettingsState::accessOnboardingSkipped() const {

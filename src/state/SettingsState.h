@@ -25,6 +25,9 @@ class SettingsState : public QObject {
 public:
     explicit SettingsState(QObject* parent = nullptr);
 
+    // Takes in what another process (dorvik-cli, the background tick) stored meanwhile.
+    void reload();
+
     // "system", "light" or "dark"; "system" when absent.
     QString appearance() const;
     void setAppearance(const QString& raw);
@@ -63,6 +66,8 @@ public:
     // Adds a folder's canonical path as the last line; a twin line is harmless, as scans take
     // the lines as a set.
     void appendExcludedPath(const std::string& path);
+    // Takes out every line equal to `path`.
+    void removeExcludedPath(const std::string& path);
 
     bool accessOnboardingSkipped() const; // false
     void setAccessOnboardingSkipped(bool skipped);

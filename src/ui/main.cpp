@@ -9,6 +9,7 @@
 #include "ui/Screenshot.h"
 #include "ui/Symbols.h"
 #include "ui/shell/RootView.h"
+#include "ui/tray/TrayPresence.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -80,5 +81,12 @@ int main(int argc, char** argv) {
     }
     window.resize(1120, 720);
     window.show();
+    // The background starts once the window is up; the tray follows its setting from here on.
+    state.background().start(state);
+    dorvik::TrayPresence tray(state, [&window] {
+        window.showNormal();
+        window.raise();
+        window.activateWindow();
+    });
     return QApplication::exec();
 }

@@ -19,6 +19,11 @@ void UsageRing::setShare(double share) {
     update();
 }
 
+void UsageRing::setCentreText(const QString& text) {
+    centreText_ = text;
+    update();
+}
+
 void UsageRing::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -32,6 +37,15 @@ void UsageRing::paintEvent(QPaintEvent*) {
         painter.setPen(arc);
         // Qt counts angles anticlockwise in sixteenths of a degree, from three o'clock.
         painter.drawArc(ring, 90 * 16, -static_cast<int>(share_ * 360 * 16));
+    }
+    if (!centreText_.isEmpty()) {
+        QFont font = painter.font();
+        font.setBold(true);
+        font.setPixelSize(std::max(9, diameter_ / 4));
+        painter.setFont(font);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect(), Qt::AlignCenter, centreText_);
+        return;
     }
     const int symbolSize = diameter_ * 2 / 5;
     const QRect centre((width() - symbolSize) / 2, (height() - symbolSize) / 2, symbolSize,
