@@ -24,12 +24,14 @@ class AppsCommandTest : public testing::Test, protected test::TestHome {
 protected:
     test::TempDir system;
     test::ScopedEnvironment systemRoot{"DORVIK_SYSTEM_ROOT", system.path()};
+    // Whether an app runs is asked of the whole machine, where other tests run apps too.
+    std::string writerID = test::identifierOfThisTest("com.example.writer");
     std::string writer = home + "/Applications/Writer.app";
     std::string notes = system / "Applications/Notes.app";
-    std::string support = home + "/Library/Application Support/com.example.writer";
+    std::string support = home + "/Library/Application Support/" + writerID;
 
     void SetUp() override {
-        test::writeInfoPlist(writer, {{"CFBundleIdentifier", "com.example.writer"},
+        test::writeInfoPlist(writer, {{"CFBundleIdentifier", writerID},
                                       {"CFBundleName", "Writer"},
                                       {"CFBundleShortVersionString", "2.1"},
                                       {"CFBundleExecutable", "writer"}});
@@ -52,7 +54,7 @@ TEST_F(AppsCommandTest, TheInventoryWithSizesAndRelatedItems) {
     const nlohmann::json& first = apps[0];
     EXPECT_EQ(first["path"], writer);
     EXPECT_EQ(first["name"], "Writer");
-    EXPECT_EQ(first["bundleID"], "com.example.writer");
+    EXPECT_EQ(first["bundleID"], writerID);
     EXPECT_EQ(first["version"], "2.1");
     EXPECT_EQ(first["isApple"], false);
     EXPECT_EQ(first["isRunning"], false);
@@ -73,8 +75,7 @@ TEST_F(AppsCommandTest, TheInventoryWithSizesAndRelatedItems) {
     EXPECT_NE(text.out.find("Writer 2.1\n"), std::string::npos) << text.out;
     EXPECT_NE(text.out.find("Notes  [Apple]\n"), std::string::npos) << text.out;
     EXPECT_NE(text.out.find("Last used Never / unknown"), std::string::npos) << text.out;
-    EXPECT_NE(text.out.find("Application Support  ~/Library/Application Support/"
-                            "com.example.writer"),
+    EXPECT_NE(text.out.find("Application Support  ~/Library/Application Support/" + writerID),
               std::string::npos)
         << text.out;
 }
@@ -99,7 +100,7 @@ TEST_F(AppsCommandTest, AnUninstallAskedOnTheTerminalGoesToTheTrash) {
     EXPECT_FALSE(test::entryExists(writer));
     EXPECT_FALSE(test::entryExists(support));
     EXPECT_TRUE(test::entryExists(trashFiles + "/Writer.app/Contents/MacOS/writer"));
-    EXPECT_TRUE(test::entryExists(trashFiles + "/com.example.writer/db"));
+    EXPECT_TRUE(test::entryExists(trashFiles + "/" + writerID + "/db"));
     const nlohmann::json entries = history();
     ASSERT_EQ(entries.size(), 2u);
     EXPECT_EQ(entries[0]["originalPath"], writer);

@@ -38,12 +38,12 @@ TEST(RunningApplications, BundleOfExecutable) {
 TEST(RunningApplications, ARunningBundleIsReportedUntilItEnds) {
     test::TempDir dir;
     const std::string bundle = dir / "Sleeper.app";
-    test::writeInfoPlist(
-        bundle, {{"CFBundleIdentifier", "com.example.sleeper"}, {"CFBundleExecutable", "Sleeper"}});
+    test::writeInfoPlist(bundle, {{"CFBundleIdentifier", "com.example.platform-sleeper"},
+                                  {"CFBundleExecutable", "Sleeper"}});
     const std::string executable = test::installExecutable(bundle, "/bin/sleep", "Sleeper");
     const auto isRunning = [] {
         const auto running = runningApplicationIdentifiers();
-        return std::ranges::find(running, "com.example.sleeper") != running.end();
+        return std::ranges::find(running, "com.example.platform-sleeper") != running.end();
     };
     EXPECT_FALSE(isRunning());
     test::ChildProcess process(executable, {"60"});

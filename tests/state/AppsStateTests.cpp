@@ -42,6 +42,8 @@ class AppsStateTest : public testing::Test, protected test::TestHome {
 protected:
     test::TempDir system;
     test::ScopedEnvironment systemRoot{"DORVIK_SYSTEM_ROOT", system.path()};
+    // Whether an app runs is asked of the whole machine, where other tests run apps too.
+    std::string writerID = test::identifierOfThisTest("com.example.writer");
     std::string writer = home + "/Applications/Writer.app";
     std::string notes = system / "Applications/Notes.app";
     std::string library = home + "/Library";
@@ -49,12 +51,12 @@ protected:
 
     void SetUp() override {
         QSettings(settingsOrganisation, settingsApplication).clear();
-        test::writeInfoPlist(writer, {{"CFBundleIdentifier", "com.example.writer"},
+        test::writeInfoPlist(writer, {{"CFBundleIdentifier", writerID},
                                       {"CFBundleName", "Writer"},
                                       {"CFBundleExecutable", "writer"}});
         test::writeAllocatedFile(writer + "/Contents/MacOS/writer", 400000);
-        test::writeAllocatedFile(library + "/Application Support/com.example.writer/db", 300000);
-        test::writeAllocatedFile(library + "/Preferences/com.example.writer.plist", 4096);
+        test::writeAllocatedFile(library + "/Application Support/" + writerID + "/db", 300000);
+        test::writeAllocatedFile(library + "/Preferences/" + writerID + ".plist", 4096);
         test::writeInfoPlist(notes,
                              {{"CFBundleIdentifier", "com.apple.Notes"}, {"CFBundleName", "Notes"}},
                              test::PlistFormat::binary);
@@ -177,8 +179,8 @@ TEST_F(AppsStateTest, AnUninstallGoesToTheTrashWithHistoryAndUndo) {
     ASSERT_TRUE(state->apps().uninstall(app));
     const DeletionPlan plan = *state->removal().plan();
     ASSERT_EQ(plan.items.size(), 3u);
-    EXPECT_EQ(plan.items[1].name, "Application Support · com.example.writer");
-    EXPECT_EQ(plan.items[2].name, "Preferences · com.example.writer.plist");
+    EXPECT_EQ(plan.items[1].name, "Application Support · " + writerID);
+    EXPECT_EQ(plan.items[2].name, "Preferences · " + writerID + ".plist");
 
     int listChanges = 0;
     QObject::connect(&state->apps(), &AppsState::appsChanged, [&] { ++listChanges; });
@@ -192,8 +194,8 @@ TEST_F(AppsStateTest, AnUninstallGoesToTheTrashWithHistoryAndUndo) {
         EXPECT_FALSE(test::entryExists(item.path)) << item.path;
     }
     EXPECT_TRUE(test::entryExists(trashFiles + "/Writer.app/Contents/MacOS/writer"));
-    EXPECT_TRUE(test::entryExists(trashFiles + "/com.example.writer/db"));
-    EXPECT_TRUE(test::entryExists(trashFiles + "/com.example.writer.plist"));
+    EXPECT_TRUE(test::entryExists(trashFiles + "/" + writerID + "/db"));
+    EXPECT_TRUE(test::entryExists(trashFiles + "/" + writerID + ".plist"));
     const auto& entries = state->removal().history().entries();
     ASSERT_EQ(entries.size(), 3u);
     for (const HistoryEntry& entry : entries) {

@@ -1,7 +1,9 @@
 #include "support/Bundles.h"
 
+#include <gtest/gtest.h>
 #include <plist/plist.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -65,6 +67,18 @@ std::string installExecutable(const std::string& bundlePath, const std::string& 
     fs::copy_file(program, target, fs::copy_options::overwrite_existing);
     fs::permissions(target, fs::perms::owner_all, fs::perm_options::add);
     return target;
+}
+
+std::string identifierOfThisTest(const std::string& prefix) {
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    std::string identifier = prefix;
+    for (const char* name : {test->test_suite_name(), test->name()}) {
+        identifier += '.';
+        for (const char ch : std::string(name)) {
+            identifier += static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+        }
+    }
+    return identifier;
 }
 
 } // namespace dorvik::test

@@ -24,4 +24,9 @@ void writePropertyList(const std::string& path, const std::string& xmlBody,
 std::string installExecutable(const std::string& bundlePath, const std::string& program,
                               const std::string& name);
 
+// An application identifier that no other test uses, made of `prefix` and the running test's
+// names: whether an application runs is asked of every process of the machine, and the tests
+// run side by side.
+std::string identifierOfThisTest(const std::string& prefix);
+
 } // namespace dorvik::test

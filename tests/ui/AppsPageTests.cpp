@@ -37,20 +37,22 @@ protected:
     test::ScopedEnvironment scopedHome{"HOME", home};
     test::ScopedEnvironment scopedDataHome{"XDG_DATA_HOME", dir / "data"};
     test::ScopedEnvironment systemRoot{"DORVIK_SYSTEM_ROOT", dir / "system"};
+    // Whether an app runs is asked of the whole machine, where other tests run apps too.
+    std::string writerID = test::identifierOfThisTest("com.example.writer");
     std::string writer = home + "/Applications/Writer.app";
     std::string old = home + "/Applications/Old.app";
     std::string ledger = home + "/Applications/Ledger.app";
     std::string notes = dir / "system/Applications/Notes.app";
 
     void makeBundles() {
-        test::writeInfoPlist(writer, {{"CFBundleIdentifier", "com.example.writer"},
+        test::writeInfoPlist(writer, {{"CFBundleIdentifier", writerID},
                                       {"CFBundleName", "Writer"},
                                       {"CFBundleShortVersionString", "2.1"},
                                       {"CFBundleExecutable", "writer"}});
         test::writeAllocatedFile(writer + "/Contents/MacOS/writer", 3'000'000);
         test::makeFolder(writer + "/Contents/_MASReceipt");
-        test::writeAllocatedFile(home + "/Library/Caches/com.example.writer/c", 1'000'000);
-        test::writeAllocatedFile(home + "/Library/Preferences/com.example.writer.plist", 4096);
+        test::writeAllocatedFile(home + "/Library/Caches/" + writerID + "/c", 1'000'000);
+        test::writeAllocatedFile(home + "/Library/Preferences/" + writerID + ".plist", 4096);
 
         test::writeInfoPlist(old, {{"CFBundleIdentifier", "org.example.old"},
                                    {"CFBundleName", "Old Timer"},
@@ -190,7 +192,7 @@ TEST_F(AppsPageTest, TheInspectorInItsThreeStates) {
     EXPECT_FALSE(showsText(&view, QStringLiteral("Select an app")));
     EXPECT_TRUE(showsText(inspector, QStringLiteral("Writer")));
     EXPECT_TRUE(showsText(inspector, QStringLiteral("Version 2.1")));
-    EXPECT_TRUE(showsText(inspector, QStringLiteral("com.example.writer")));
+    EXPECT_TRUE(showsText(inspector, QString::fromStdString(writerID)));
     EXPECT_TRUE(showsText(inspector, QStringLiteral("Caches")));
     EXPECT_TRUE(showsText(inspector, QStringLiteral("Preferences")));
     EXPECT_TRUE(inspector->uninstallButton()->isVisible());
