@@ -3,6 +3,7 @@
 // Applications page, with the page's refusals.
 
 #include "apps/AppInventory.h"
+#include "apps/FlatpakApps.h"
 #include "apps/UninstallPlan.h"
 #include "apps/UninstallRefusal.h"
 #include "base/Dates.h"
@@ -15,6 +16,7 @@
 #include "platform/FileSystem.h"
 #include "platform/JsonCoding.h"
 #include "platform/RunningApplications.h"
+#include "removal/PlanTexts.h"
 #include "scanning/WalkThreads.h"
 
 #include <nlohmann/json.hpp>
@@ -103,6 +105,19 @@ nlohmann::json appsJson(const std::vector<InstalledApp>& apps,
     return list;
 }
 
+// The bundle, or the Flatpak app whose folder the path is.
+InstalledApp appAt(const std::string& path) {
+    if (lowerCaseExtension(path) == "app" && platform::isDirectory(path)) {
+        return AppInventory::inspectBundle(path, AppInventory::libraryEntries());
+    }
+    for (const Flatpak::FlatpakApp& flatpak : Flatpak::installedApps()) {
+        if (flatpak.folder == path) {
+            return Flatpak::inspect(flatpak);
+        }
+    }
+    throw InputError("no application bundle or Flatpak app at " + path);
+}
+
 } // namespace
 
 int runApps(Arguments& arguments) {
@@ -134,15 +149,13 @@ int runUninstall(Arguments& arguments) {
     if (!bundle) {
         throw UsageError("no application given");
     }
-    if (lowerCaseExtension(*bundle) != "app" || !platform::isDirectory(*bundle)) {
-        throw InputError("no application bundle at " + *bundle);
-    }
-    const InstalledApp app = AppInventory::inspectBundle(*bundle, AppInventory::libraryEntries());
+    const InstalledApp app = appAt(*bundle);
     if (const auto refusal = uninstallRefusal(app, platform::runningApplicationIdentifiers())) {
         std::cout << Wording::shown(refusalNote(*refusal)) << "\n";
         return 1;
     }
-    // Every item goes to the Trash; the question below is the review the sheet asks for.
+    // Every item goes to the Trash, a Flatpak app itself to Flatpak's uninstall; the question
+    // below is the review the sheet asks for.
     const DeletionPlan plan = *makePlan(uninstallPlanItems(app), uninstallTitle(app));
     printPlan(plan, false, true);
     const std::vector<DeletionRequest> requests = planRequests(plan, true, false);
@@ -151,7 +164,9 @@ int runUninstall(Arguments& arguments) {
         return 1;
     }
     const std::string question =
-        "Move " + std::to_string(requests.size()) + " item(s) to the Trash?";
+        PlanTexts::uninstallNote(plan)
+            ? "Uninstall the app and move its data to the Trash?"
+            : "Move " + std::to_string(requests.size()) + " item(s) to the Trash?";
     if (!confirmed(question, yes)) {
         std::cout << "Nothing was deleted.\n";
         return 1;

@@ -117,6 +117,33 @@ TEST_F(AppsCommandTest, AnUninstallAskedOnTheTerminalGoesToTheTrash) {
     EXPECT_TRUE(test::entryExists(support + "/db"));
 }
 
+TEST_F(AppsCommandTest, AFlatpakAppIsListedAndItsUninstallSaysThereIsNoWayBack) {
+    // Laid out as Flatpak deploys an app; declining leaves everything, and no test runs Flatpak.
+    const std::string app = dataHome + "/flatpak/app/org.example.Tool";
+    test::writeText(app + "/x86_64/stable/1a2b/metadata", "[Application]\nname=org.example.Tool\n");
+    test::writeAllocatedFile(app + "/x86_64/stable/1a2b/files/program", 500000);
+    test::makeSymlink("1a2b", app + "/x86_64/stable/active");
+    test::makeSymlink("x86_64/stable", app + "/current");
+    test::writeAllocatedFile(home + "/.var/app/org.example.Tool/data/db", 100000);
+
+    const nlohmann::json listed = nlohmann::json::parse(cli("apps --json").out);
+    const auto tool = std::ranges::find(listed["apps"], nlohmann::json(app),
+                                        [](const nlohmann::json& one) { return one["path"]; });
+    ASSERT_NE(tool, listed["apps"].end()) << listed.dump();
+    EXPECT_EQ((*tool)["bundleID"], "org.example.Tool");
+
+    const CliRun declined = test::cliOnTerminal("uninstall " + shellQuoted(app), "n\n");
+    EXPECT_EQ(declined.status, 1) << declined.out;
+    EXPECT_NE(declined.out.find("it can\u2019t be put back from the Trash or from History"),
+              std::string::npos)
+        << declined.out;
+    EXPECT_NE(declined.out.find("Uninstall the app and move its data to the Trash? [y/N] "),
+              std::string::npos)
+        << declined.out;
+    EXPECT_TRUE(test::entryExists(app + "/current"));
+    EXPECT_TRUE(test::entryExists(home + "/.var/app/org.example.Tool/data/db"));
+}
+
 TEST_F(AppsCommandTest, RefusalsAndBadWords) {
     const std::string executable = test::installExecutable(writer, "/bin/sleep", "writer");
     test::ChildProcess running(executable, {"30"});
@@ -128,9 +155,10 @@ TEST_F(AppsCommandTest, RefusalsAndBadWords) {
         {"uninstall --yes " + shellQuoted(writer), 1, "Quit the app to uninstall it.\n"},
         {"uninstall --yes " + shellQuoted(notes), 1,
          "Apple app: Dorvik doesn\u2019t uninstall it.\n"},
-        {"uninstall --yes " + shellQuoted(support), 2, "no application bundle at " + support},
+        {"uninstall --yes " + shellQuoted(support), 2,
+         "no application bundle or Flatpak app at " + support},
         {"uninstall --yes " + shellQuoted(home + "/Applications/Gone.app"), 2,
-         "no application bundle at"},
+         "no application bundle or Flatpak app at"},
         {"uninstall --yes", 2, "no application given"},
         {"uninstall --force " + shellQuoted(writer), 2, "unexpected --force"},
         {"apps --yes", 2, "usage: dorvik-cli apps [--json]"},
